@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QLocale>
+
+namespace velmora {
+
+class AutoStart;
+class Clock;
+class EventPump;
+class FileDialogs;
+class Files;
+class InstanceGuard;
+class MessageBoxes;
+class PopClientFactory;
+class Printer;
+class SettingsStore;
+class Shell;
+class SoundPlayer;
+class TimerFactory;
+
+// The platform as the logic reaches it. The composition roots fill this with
+// the real implementations; tests fill it with recording fakes. A program
+// that never needs one of them (the command line has no file dialogs) may
+// leave it null.
+struct Services {
+    SettingsStore* settings = nullptr;
+    MessageBoxes* boxes = nullptr;
+    Clock* clock = nullptr;
+    TimerFactory* timers = nullptr;
+    EventPump* events = nullptr;
+    AutoStart* autoStart = nullptr;
+    Files* files = nullptr;
+    InstanceGuard* instance = nullptr;
+    PopClientFactory* pop = nullptr;
+    SoundPlayer* sound = nullptr;
+    Shell* shell = nullptr;
+    FileDialogs* dialogs = nullptr;
+    Printer* printer = nullptr;
+    // Month names and the general date form follow it.
+    QLocale locale = QLocale::system();
+};
+
+} // namespace velmora
