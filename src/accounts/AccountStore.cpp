@@ -1,0 +1,115 @@
+#include "accounts/AccountStore.h"
+
+#include "options/Setting.h"
+#include "platform/Files.h"
+
+#include <limits>
+
+namespace velmora {
+
+const QVector<AccountStore::Field>& AccountStore::fields() {
+    using A = Account;
+    using E = AccountEdit;
+    static const QVector<Field> table = {
+        {"AcntEnabled", "1", &A::AcntEnabled, nullptr, &E::EditEnabled, nullptr},
+        {"AcntName", "New Account", nullptr, &A::AcntName, nullptr, &E::EditName},
+        {"AcntServer", "", nullptr, &A::AcntServer, nullptr, &E::EditServer},
+        {"AcntSecure", "0", &A::AcntSecure, nullptr, &E::EditSecure, nullptr},
+        {"AcntPort", "110", nullptr, &A::AcntPort, nullptr, &E::EditPort},
+        {"AcntLoginID", "", nullptr, &A::AcntLoginID, nullptr, &E::EditLoginID},
+        {"AcntPassword", "", nullptr, &A::AcntPassword, nullptr, &E::EditPassword},
+        {"AcntColour", "255", &A::AcntColour, nullptr, &E::EditColour, nullptr, true},
+        {"AcntColourIndex", "5", &A::AcntColourIndex, nullptr, &E::EditColourIndex, nullptr, true},
+        {"AcntClient", "", nullptr, &A::AcntClient, nullptr, &E::EditClient},
+        {"AcntSound", "", nullptr, &A::AcntSound, nullptr, &E::EditSound},
+        {"AcntSoundOn", "1", &A::AcntSoundOn, nullptr, &E::EditSoundOn, nullptr},
+    };
+    return table;
+}
+
+AccountStore::AccountStore() {
+    ResizeAccounts(0);
+}
+
+void AccountStore::ResizeAccounts(int count) {
+    rows.resize(count + 1);
+    edits.resize(count + 1);
+    for (auto& row : rows)
+        row.AcntIncomplete = false;
+}
+
+void AccountStore::LoadAccount(SettingsStore& settings, int n) {
+    Account& row = rows[n];
+    const QString number = QString::number(n);
+    for (const Field& f : fields()) {
+        const QString key = f.key + number;
+        if (f.acntText) {
+            row.*f.acntText =
+                setting::readText(settings, setting::SectionSettings, key, f.defaultText);
+        } else if (f.wide) {
+            row.*f.acntNumber =
+                setting::readInt32(settings, setting::SectionSettings, key, f.defaultText.toInt());
+        } else {
+            row.*f.acntNumber =
+                setting::readInt(settings, setting::SectionSettings, key, f.defaultText.toInt());
+        }
+    }
+}
+
+void AccountStore::SaveAccountFields(SettingsStore& settings, int n) const {
+    const Account& row = rows[n];
+    const QString number = QString::number(n);
+    for (const Field& f : fields()) {
+        const QString value = f.acntText ? row.*f.acntText : QString::number(row.*f.acntNumber);
+        setting::saveText(settings, setting::SectionSettings, f.key + number, value);
+    }
+}
+
+void AccountStore::BlankAccountRow() {
+    Account& row = rows[0];
+    row.AcntEnabled = 0;
+    row.AcntName.clear();
+    row.AcntServer.clear();
+    row.AcntPort.clear();
+    row.AcntLoginID.clear();
+    row.AcntPassword.clear();
+    row.AcntClient.clear();
+    row.AcntSound.clear();
+    row.AcntSecure = 0;
+    row.AcntColour = 255;
+    row.AcntColourIndex = 5;
+    row.AcntSoundOn = 1;
+}
+
+void AccountStore::CopyAccountToEdit(int n) {
+    const Account& row = rows[n];
+    AccountEdit& edit = edits[n];
+    for (const Field& f : fields()) {
+        if (f.acntText)
+            edit.*f.editText = row.*f.acntText;
+        else
+            edit.*f.editNumber = row.*f.acntNumber;
+    }
+}
+
+void AccountStore::ResetRunTimeValues(int n, const QString& timeOfDay) {
+    Account& row = rows[n];
+    row.AcntMsgCount = row.AcntNewCount = row.AcntPrevCount = 0;
+    row.AcntSpamCount = row.AcntDeleteCount = 0;
+    row.AcntConnected = row.AcntChecked = row.AcntHasMessages = row.AcntHasNew = false;
+    row.AcntLastCheckText = QStringLiteral("Not Checked");
+    row.AcntStatusText = row.AcntName;
+    row.AcntLastCheckTime = timeOfDay;
+}
+
+void AccountStore::CheckAccountFiles(Files& files, int n) {
+    Account& row = rows[n];
+    row.AcntClientValid = IsValidFile(files, row.AcntClient, QStringLiteral(".exe"));
+    row.AcntSoundValid = IsValidFile(files, row.AcntSound, QStringLiteral(".wav"));
+}
+
+bool IsValidFile(Files& files, const QString& path, const QString& extension) {
+    return path.right(4).toUpper() == extension.toUpper() && files.FileExists(path);
+}
+
+} // namespace velmora

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "accounts/AccountStore.h"
+#include "messages/MessageStore.h"
+#include "options/Options.h"
+#include "platform/Services.h"
+#include "platform/Timer.h"
+
+#include <QDateTime>
+#include <QStringList>
+#include <memory>
+
+namespace velmora {
+
+class MainView;
+
+// Everything the program keeps for the length of a run: the stores, the
+// program-wide flags and texts, the main form's timers, and the platform it
+// runs on. Each run (and each test) makes its own.
+struct AppContext {
+    explicit AppContext(const Services& services) : svc(services) {}
+
+    Services svc;
+    // The controls of frmMain; a StateView where no window is shown.
+    MainView* view = nullptr;
+
+    // Application shell.
+    QString AppTitle = QStringLiteral("Velmora");
+    QStringList PageBanners;
+    int CurrentPage = 0;
+    QString HelpFile;
+    int FirstUse = 0;
+    bool FormLoading = false;
+    bool QuitRequested = false;
+    bool MenuHooked = false;
+
+    // The stores.
+    AccountStore accounts;
+    Options options;
+    MessageStore messages;
+
+    // Checking.
+    bool StopRequested = false;
+    bool PopConnected = false;
+    bool TestInProgress = false;
+    bool NoCheckPostponed = false;
+    bool StartUpDone = false;
+    bool StartUpPaused = false;
+    // Seconds of the start-up countdown gone by; never reset.
+    int StartUpSeconds = 0;
+    // Whether the countdown ran when a dialog suspended it.
+    bool StartUpTimerWasOn = false;
+    int TotalMessages = 0;
+    int TotalNew = 0;
+    QString CurrentTime;
+    QString NextCheckTime;
+    QString NextCheckText;
+    QString SavedNextCheckTime;
+    QString SavedNextCheckText;
+
+    // Secondary windows and notification.
+    bool RuleReportOpen = false;
+    bool PreviewOpen = false;
+    bool AutoMessageOpen = false;
+    bool FirstUseOpen = false;
+    bool SoundMaster = true;
+    bool DefaultSoundValid = false;
+    bool DefaultClientValid = false;
+
+    // The message list.
+    int AcntLastShown = 0;
+
+    // Sorting of the message list.
+    QString SortColumnName;
+    QString LastClickedColumn;
+    int SortDescending = 0;
+
+    // The timers of frmMain, made when the form loads.
+    std::unique_ptr<Timer> tmrStatusBar;
+    std::unique_ptr<Timer> tmrMailTime;
+    std::unique_ptr<Timer> tmrMailStartUp;
+    std::unique_ptr<Timer> tmrRetrieveMessage;
+
+    QDateTime now() const;
+    QString format(const QDateTime& moment, const QString& pattern) const;
+};
+
+} // namespace velmora

@@ -1,0 +1,79 @@
+#include "app/Main.h"
+
+#include "app/AppContext.h"
+#include "app/SecondaryWindows.h"
+#include "app/frmMain.h"
+#include "checking/Schedule.h"
+#include "options/MenuColours.h"
+#include "options/Setting.h"
+#include "platform/AutoStart.h"
+#include "platform/Files.h"
+#include "platform/InstanceGuard.h"
+#include "platform/MainView.h"
+
+namespace velmora {
+
+bool Main(AppContext& ctx) {
+    if (!ctx.svc.instance->claim())
+        return false;
+
+    SettingsStore& settings = *ctx.svc.settings;
+    ctx.FirstUse = setting::readInt(settings, setting::SectionSettings, "FirstUse", 0);
+    ctx.HelpFile = ctx.svc.files->InstallDataFolder() + QStringLiteral("/help/velmora.html");
+    ctx.messages.MessageCapacity = 0;
+    ctx.AppTitle = QStringLiteral("Velmora");
+    ctx.PageBanners = {"Email", "Accounts", "Rules", "Options"};
+    ApplyMenuColourDefault(ctx);
+
+    frmMain::Load(ctx);
+    MainView& v = *ctx.view;
+
+    // A short interval late in the minute starts one minute later, so that
+    // the first check does not come almost at once.
+    const int interval = ctx.options.Hours * 60 + ctx.options.Minutes;
+    const int extra = interval < 16 && ctx.now().time().second() > 19 ? 1 : 0;
+    NextAutoCheck(ctx, extra);
+
+    if (ctx.options.UseInterval == 1) {
+        ctx.tmrMailTime->setEnabled(true);
+        ctx.tmrStatusBar->setEnabled(false);
+        v.setCaption("mnuTrayAutoCheck", "&Auto Check - On|#AutoCheckOn");
+    } else {
+        ctx.tmrMailTime->setEnabled(false);
+        ctx.tmrStatusBar->setEnabled(true);
+        ctx.NextCheckText = QStringLiteral("Auto Check Off");
+        v.setCaption("mnuTrayAutoCheck", "&Auto Check - Off|#AutoCheckOff");
+    }
+    v.setPanelText(4, ctx.NextCheckText);
+
+    if (ctx.options.MinimizeStartUp == 1)
+        v.setWindowState(WindowState::Minimized);
+    else
+        v.showWindow();
+
+    // A new installation starts at logon until the user says otherwise.
+    if (ctx.FirstUse == 0) {
+        ShowFirstUse(ctx);
+        ctx.options.RunStartUp = 1;
+        setting::saveInt(settings, setting::SectionOptions, "RunStartUp", 1);
+        ctx.svc.autoStart->SetRunAtStartUp();
+        setting::saveInt(settings, setting::SectionSettings, "FirstUse", 1);
+    }
+
+    ctx.StartUpPaused = false;
+    const QString pause = QStringLiteral("tbrButtons(14)");
+    if (ctx.options.EmailCheckStartUp == 1 && ctx.accounts.AcntNum >= 1) {
+        v.setCaption(pause, "StartUp: Pause       ");
+        v.setToolTip(pause, "Pause the StartUp Check Timer");
+        v.setVisible(pause, true);
+        ctx.tmrMailStartUp->setEnabled(true);
+        ctx.StartUpDone = false;
+    } else {
+        v.setVisible(pause, false);
+        ctx.tmrMailStartUp->setEnabled(false);
+        ctx.StartUpDone = true;
+    }
+    return true;
+}
+
+} // namespace velmora

@@ -1,0 +1,240 @@
+#include "app/Pages.h"
+
+#include "app/AppContext.h"
+#include "app/frmMain.h"
+#include "checking/CheckCycle.h"
+#include "checking/Schedule.h"
+#include "platform/MainView.h"
+#include "platform/Shell.h"
+
+#include <QHash>
+
+namespace velmora {
+
+const QVector<MainButton>& MainButtonTable() {
+    static const QVector<MainButton> table = {
+        {"Email", "Email        ", "Email Messages"},
+        {"Accounts", "Accounts  ", "Account Information"},
+        {"Rules", "Rules       ", "View Rules"},
+        {"Options", "Options    ", "Select Options"},
+        {"Quit", "Quit          ", "Quit Velmora"},
+        {"Size", "Size         ", "Restore Original Size"},
+    };
+    return table;
+}
+
+const QVector<PageButton>& PageButtonTable() {
+    static const QVector<PageButton> table = {
+        {0, 0, "Help", "Help     ", "Help With Email", "Help"},
+        {1, 0, "StopRetrieval", "Stop Retrieval      ", "Stop Retrieving Messages", "Stop"},
+        {2, 0, "Close", "Close         ", "Close Velmora to System Tray", "Close"},
+        {3, 0, "CheckAll", "Check All          ", "Check All Accounts for Messages", "CheckAll"},
+        {4, 0, "StartEmailClient", "Start Email Client     ", "Start Email Client Application",
+         "Folder"},
+        {5, 1, "Help", "Help     ", "Help With Accounts", "Help"},
+        {6, 1, "SaveAccount", "Save Account   ", "Save this Account Information", "Save"},
+        {7, 1, "Cancel", "Cancel       ", "Cancel changes to this Account", "Cancel"},
+        {8, 2, "Help", "Help     ", "Help With Rules", "Help"},
+        {9, 2, "SaveRules", "Save Rules       ", "Save Rule Information", "Save"},
+        {10, 2, "Cancel", "Cancel       ", "Cancel changes to Rules", "Cancel"},
+        {11, 3, "Help", "Help     ", "Help With Options", "Help"},
+        {12, 3, "SaveOptions", "Save Options    ", "Save changes to Options", "Save"},
+        {13, 3, "Cancel", "Cancel       ", "Cancel changes made to Options", "Cancel"},
+        {14, 0, "PauseStartupCheck", "StartUp: Continue    ", "Pause the StartUp Check Timer",
+         "Pause"},
+    };
+    return table;
+}
+
+const QVector<ToolbarButton>& ToolbarButtonTable() {
+    static const QVector<ToolbarButton> table = {
+        {"tbrEmail", "EmailPreview", "Preview ", "Preview Selected Message"},
+        {"tbrEmail", "EmailDelete", "Delete   ", "Delete Selected Message from Server"},
+        {"tbrEmail", "EmailSpam", "Spam    ", "Delete All Spam Messages from Server"},
+        {"tbrEmail", "EmailReply", "Reply    ", "Reply to Sender using Email Client"},
+        {"tbrEmail", "EmailOpen", "Open    ", "Open Message in Email Client"},
+        {"tbrEmail", "EmailNew", "New      ", "New Message using Email Client"},
+        {"tbrEmail", "EmailCheck", "Check   ", "Check Account for Messages"},
+        {"tbrAcnts", "AcntAdd", "Add Account  ", "Add a New Account"},
+        {"tbrAcnts", "AcntDelete", "Delete Account  ", "Delete this Account"},
+        {"tbrAcnts", "AcntTest", "Test Account  ", "Test the Connection to this Account"},
+        {"tbrRules", "RulesAdd", "Add Rule                ", "Add a New Rule"},
+        {"tbrRules", "RulesDelete", "Delete Rule            ", "Delete Selected Selected Rule"},
+        {"tbrRules", "RulesImport", "Import Rules           ", "Import Rules from a Rules File"},
+        {"tbrRules", "RulesRename", "Rename Rules File  ", "Rename the Rules FileName"},
+    };
+    return table;
+}
+
+QString Element(const QString& array, int index) {
+    return QStringLiteral("%1(%2)").arg(array).arg(index);
+}
+
+QString Button(const QString& toolbar, const QString& key) {
+    return toolbar + QLatin1Char('/') + key;
+}
+
+namespace {
+
+const QString kMainButtons = QStringLiteral("tbrMainButtons");
+const QString kPageButtons = QStringLiteral("tbrButtons");
+
+// Steps 2 to 5 of a page switch: the page replaces the one showing, the tab
+// of the current account is selected, the banner names the page.
+void SwitchTo(AppContext& ctx, int page) {
+    MainView& v = *ctx.view;
+    for (int i = 0; i < 4; ++i) {
+        if (i != page)
+            v.setVisible(Element("fraMain", i), false);
+    }
+    if (page == 0 && ctx.accounts.AcntNum > 0)
+        v.selectTab(TabStrip::Email, ctx.accounts.AcntCurrent);
+    if (page == 1 && ctx.accounts.AcntNum > 0)
+        v.selectTab(TabStrip::Accounts, ctx.accounts.AcntCurrent);
+    v.setVisible(Element("fraMain", page), true);
+    v.setCaption("lblBanner", ctx.PageBanners.value(page));
+}
+
+} // namespace
+
+void ArrangeMainWindow(AppContext& ctx) {
+    MainView& v = *ctx.view;
+    for (const MainButton& b : MainButtonTable()) {
+        v.setCaption(Button(kMainButtons, b.key), b.caption);
+        v.setToolTip(Button(kMainButtons, b.key), b.tip);
+        v.setImage(Button(kMainButtons, b.key), b.key);
+    }
+    for (const PageButton& b : PageButtonTable()) {
+        const QString name = Element(kPageButtons, b.index);
+        v.setCaption(name, b.caption);
+        v.setToolTip(name, b.tip);
+        v.setImage(name, b.image);
+    }
+    for (const ToolbarButton& b : ToolbarButtonTable()) {
+        v.setCaption(Button(b.toolbar, b.key), b.caption);
+        v.setToolTip(Button(b.toolbar, b.key), b.tip);
+        v.setImage(Button(b.toolbar, b.key), b.key);
+    }
+    v.setCaption("lblNoAcntsBanner", "No Accounts - Please use Add Accounts to create an Account");
+    // Stop shows only during a retrieval.
+    v.setVisible(Element(kPageButtons, 1), false);
+}
+
+void tbrMainButtons_ButtonClick(AppContext& ctx, const QString& key) {
+    MainView& v = *ctx.view;
+    if (key == QLatin1String("Size")) {
+        v.setWindowState(WindowState::Normal);
+        v.restoreDesignSize();
+        frmMain::Form_Resize(ctx);
+        return;
+    }
+    if (key == QLatin1String("Quit")) {
+        frmMain::mnuTrayQuitApplication_Click(ctx);
+        return;
+    }
+    static const QStringList pages = {"Email", "Accounts", "Rules", "Options"};
+    const int page = int(pages.indexOf(key));
+    if (page < 0)
+        return;
+    v.setVisible(Element("fraMain", ctx.CurrentPage), false);
+    ctx.CurrentPage = page;
+    SwitchTo(ctx, page);
+    v.setVisible("fraNoAcntsBanner", ctx.CurrentPage < 3 && ctx.accounts.AcntNum == 0);
+}
+
+void ShowPage(AppContext& ctx, int page) {
+    if (ctx.CurrentPage == 0 || ctx.TestInProgress)
+        return;
+    SwitchTo(ctx, page);
+}
+
+void tbrButtons_ButtonClick(AppContext& ctx, int index) {
+    const PageButton* button = nullptr;
+    for (const PageButton& b : PageButtonTable()) {
+        if (b.index == index)
+            button = &b;
+    }
+    if (!button)
+        return;
+    const QString& key = button->key;
+    if (key == QLatin1String("Help")) {
+        static const QHash<int, int> contexts = {{0, 130}, {5, 140}, {8, 150}, {11, 210}};
+        ShowHelp(ctx, contexts.value(index, 100));
+    } else if (key == QLatin1String("StopRetrieval")) {
+        ctx.StopRequested = true;
+    } else if (key == QLatin1String("PauseStartupCheck")) {
+        ToggleStartUpPause(ctx);
+    } else if (key == QLatin1String("CheckAll")) {
+        CheckAllAccounts(ctx);
+    } else if (key == QLatin1String("StartEmailClient")) {
+        StartClientProgram(ctx);
+    } else if (key == QLatin1String("Close")) {
+        frmMain::MinimizeToTray(ctx);
+    }
+    // Saving and cancelling the Accounts, Rules and Options pages come with
+    // those pages.
+}
+
+void SetAccountState(AppContext& ctx) {
+    if (ctx.accounts.AcntNum == 0) {
+        ShowNoAccountState(ctx);
+        return;
+    }
+    MainView& v = *ctx.view;
+    v.setVisible("fraNoAcntsBanner", false);
+    v.setVisible("fraRulesToolbar", true);
+    for (const char* bar : {"tbrEmail", "tbrAcnts", "tbrRules"})
+        v.setEnabled(bar, true);
+    for (const char* key :
+         {"EmailPreview", "EmailDelete", "EmailReply", "EmailOpen", "EmailNew", "EmailCheck"})
+        v.setEnabled(Button("tbrEmail", key), true);
+    for (const char* key : {"AcntDelete", "AcntTest"})
+        v.setEnabled(Button("tbrAcnts", key), true);
+    for (int i : {0, 2, 3, 4, 5, 8})
+        v.setEnabled(Element(kPageButtons, i), true);
+    v.setEnabled("lvwEmail", true);
+    for (const char* entry :
+         {"mnuTrayRunClient", "mnuTrayCheckAll", "mnuTrayNewMessage", "mnuTrayAutoCheck",
+          "mnuTraySounds", "mnuTrayOptions", "mnuTrayMenuColours"})
+        v.setEnabled(entry, true);
+}
+
+void ShowNoAccountState(AppContext& ctx) {
+    MainView& v = *ctx.view;
+    v.setVisible("fraNoAcntsBanner", true);
+    v.setVisible("fraRulesToolbar", false);
+    for (const char* key : {"EmailPreview", "EmailDelete", "EmailSpam", "EmailReply", "EmailOpen",
+                            "EmailNew", "EmailCheck"})
+        v.setEnabled(Button("tbrEmail", key), false);
+    for (const char* key : {"AcntDelete", "AcntTest"})
+        v.setEnabled(Button("tbrAcnts", key), false);
+    // With no account neither Close nor Check All is offered.
+    for (int i : {2, 3})
+        v.setEnabled(Element(kPageButtons, i), false);
+    v.setEnabled("lvwEmail", false);
+    for (const char* entry :
+         {"mnuTrayRunClient", "mnuTrayCheckAll", "mnuTrayNewMessage", "mnuTrayAutoCheck",
+          "mnuTraySounds", "mnuTrayOptions", "mnuTrayMenuColours"})
+        v.setEnabled(entry, false);
+}
+
+void StartClientProgram(AppContext& ctx) {
+    if (!ctx.svc.shell)
+        return;
+    if (ctx.DefaultClientValid) {
+        ctx.svc.shell->Open(ctx.options.DefaultClient, QString(), ctx.options.RunSize);
+        return;
+    }
+    const Account& account = ctx.accounts[ctx.accounts.AcntCurrent];
+    if (account.AcntClientValid)
+        ctx.svc.shell->Open(account.AcntClient, QString(), 1);
+    // Without a valid client the error box of the client selection speaks;
+    // it comes with that page.
+}
+
+void ShowHelp(AppContext& ctx, int context) {
+    if (ctx.svc.shell)
+        ctx.svc.shell->Open(ctx.HelpFile + QStringLiteral("#topic-%1").arg(context), QString(), 1);
+}
+
+} // namespace velmora

@@ -1,0 +1,217 @@
+#include "app/frmMain.h"
+
+#include "app/AppContext.h"
+#include "app/Pages.h"
+#include "app/SecondaryWindows.h"
+#include "app/StatusBar.h"
+#include "app/Tray.h"
+#include "checking/CheckCycle.h"
+#include "checking/PopSession.h"
+#include "checking/Schedule.h"
+#include "messages/MessageList.h"
+#include "messages/Sorting.h"
+#include "options/MenuColours.h"
+#include "options/SaveOptions.h"
+#include "options/Setting.h"
+#include "platform/EventPump.h"
+#include "platform/Files.h"
+#include "platform/MainView.h"
+#include "platform/SettingsStore.h"
+#include "rules/RulesStartUp.h"
+
+namespace velmora::frmMain {
+
+namespace {
+
+std::unique_ptr<Timer> MakeTimer(AppContext& ctx, int interval, bool enabled,
+                                 void (*handler)(AppContext&)) {
+    auto timer = ctx.svc.timers->create();
+    timer->setInterval(interval);
+    timer->setHandler([&ctx, handler] { handler(ctx); });
+    timer->setEnabled(enabled);
+    return timer;
+}
+
+const char* const kColumnWidthKeys[] = {"ColFromWidth", "ColToWidth", "ColSubjectWidth",
+                                        "ColDateWidth", "ColSizeWidth"};
+
+// The list's column widths: the defaults worked out from the list's width, or
+// the widths of the last run.
+void SetColumnWidths(AppContext& ctx) {
+    MainView& v = *ctx.view;
+    const int w = qint16(v.listWidth() / 4.5);
+    ctx.options.RestoreColWidth =
+        setting::readInt(*ctx.svc.settings, setting::SectionOptions, "RestoreColWidth", 1);
+    if (ctx.options.RestoreColWidth == 1) {
+        for (int column = 1; column <= 4; ++column)
+            v.setListColumnWidth(column, w);
+        v.setListColumnWidth(5, qRound(w / 2.15));
+        return;
+    }
+    for (int column = 1; column <= 5; ++column)
+        v.setListColumnWidth(column, setting::readInt(*ctx.svc.settings, setting::SectionOptions,
+                                                      kColumnWidthKeys[column - 1], w));
+}
+
+} // namespace
+
+void Load(AppContext& ctx) {
+    ctx.tmrStatusBar = MakeTimer(ctx, 1000, true, tmrStatusBar_Timer);
+    ctx.tmrMailTime = MakeTimer(ctx, 1000, false, tmrMailTime_Timer);
+    ctx.tmrMailStartUp = MakeTimer(ctx, 1000, false, tmrMailStartUp_Timer);
+    ctx.tmrRetrieveMessage = MakeTimer(ctx, 100, false, tmrRetrieveMessage_Timer);
+    Form_Load(ctx);
+}
+
+void LoadStores(AppContext& ctx) {
+    SettingsStore& settings = *ctx.svc.settings;
+    AccountStore& acc = ctx.accounts;
+
+    acc.AcntNum = setting::readInt(settings, setting::SectionSettings, "AcntNum", 0, 0);
+    ctx.options.LoadOptions(settings);
+
+    acc.ResizeAccounts(acc.AcntNum);
+    ctx.messages.ResizeAccountStore(acc.AcntNum, ctx.messages.MessageCapacity);
+    ctx.options.LoadMenuColours(settings);
+    SetUpSortState(ctx);
+
+    ctx.TotalMessages = 0;
+    ctx.TotalNew = 0;
+    const QDateTime now = ctx.now();
+    ctx.CurrentTime = ctx.format(now, "dd/mm/yy-hh:mm");
+
+    acc.BlankAccountRow();
+    const QString timeOfDay = ctx.format(now, "h:mm AM/PM");
+    for (int n = 1; n <= acc.AcntNum; ++n) {
+        acc.LoadAccount(settings, n);
+        acc.CopyAccountToEdit(n);
+        acc.ResetRunTimeValues(n, timeOfDay);
+        acc.CheckAccountFiles(*ctx.svc.files, n);
+    }
+    acc.AcntCurrent = acc.AcntNum > 0 ? 1 : 0;
+
+    ReadRulesAtStartUp(ctx);
+
+    ctx.StopRequested = false;
+    ctx.NoCheckPostponed = false;
+    ctx.TestInProgress = false;
+    ApplySoundAndClientFlags(ctx);
+}
+
+void Form_Load(AppContext& ctx) {
+    MainView& v = *ctx.view;
+
+    ctx.MenuHooked = true;
+    MenuDesigner(ctx);
+    CreatePopClient(ctx);
+    ctx.FormLoading = true;
+    ArrangeMainWindow(ctx);
+    v.trayAdd();
+    v.trayModify({TrayPlain}, ctx.AppTitle);
+
+    LoadStores(ctx);
+
+    const AccountStore& acc = ctx.accounts;
+    v.clearTabs(TabStrip::Email);
+    v.clearTabs(TabStrip::Accounts);
+    if (acc.AcntNum > 0) {
+        for (int n = 1; n <= acc.AcntNum; ++n) {
+            const QString image = acc[n].AcntEnabled == 0 ? "MailNoDisabled" : "MailNo";
+            v.addTab(TabStrip::Email, acc[n].AcntName, image);
+            v.addTab(TabStrip::Accounts, acc[n].AcntName, image);
+        }
+    } else {
+        v.addTab(TabStrip::Email, QString(), "MailNo");
+        v.addTab(TabStrip::Accounts, QString(), "MailNo");
+        v.setPanelText(1, "No Accounts have been created...");
+        ShowNoAccountState(ctx);
+    }
+    UpdateClockPanel(ctx);
+
+    ctx.RuleReportOpen = ctx.PreviewOpen = ctx.AutoMessageOpen = ctx.FirstUseOpen = false;
+    ctx.FormLoading = false;
+
+    ctx.CurrentPage = 0;
+    for (int page = 0; page < 4; ++page)
+        v.setVisible(Element("fraMain", page), page == 0);
+    v.setCaption("lblBanner", ctx.PageBanners.value(0));
+    ShowAccountMessages(ctx, acc.AcntCurrent);
+    ctx.AcntLastShown = acc.AcntCurrent;
+    SetAccountState(ctx);
+
+    SetColumnWidths(ctx);
+    v.setFocus("cmdTakeFocus");
+}
+
+void Form_Resize(AppContext& ctx) {
+    if (ctx.FormLoading)
+        return;
+    MainView& v = *ctx.view;
+    // In the normal and maximised states the toolkit lays the pages out.
+    if (v.windowState() != WindowState::Minimized)
+        return;
+    HideSecondaryWindows(ctx);
+    ctx.svc.events->DoEvents();
+    v.hideWindow();
+    if (ctx.options.UseInterval == 0)
+        v.trayModify({TrayAutoCheckOff}, "Auto Check is Off");
+    UpdateTrayIcon(ctx);
+}
+
+void Form_Unload(AppContext& ctx, bool& Cancel) {
+    MainView& v = *ctx.view;
+    if (ctx.options.CloseButton == 1 && !ctx.QuitRequested) {
+        Cancel = true;
+        MinimizeToTray(ctx);
+        return;
+    }
+    if (ctx.MenuHooked)
+        ReleaseMenus(ctx);
+    ReleasePopClient(ctx);
+    v.trayDelete();
+
+    SettingsStore& settings = *ctx.svc.settings;
+    if (ctx.options.RestoreColWidth == 0) {
+        for (int column = 1; column <= 5; ++column)
+            setting::saveInt(settings, setting::SectionOptions, kColumnWidthKeys[column - 1],
+                             v.listColumnWidth(column));
+    }
+    setting::saveText(settings, setting::SectionOptions, "SortColumnLastUsed",
+                      ctx.options.SortColumnLastUsed);
+    setting::saveInt(settings, setting::SectionOptions, "SortOrder", ctx.SortDescending);
+
+    UnloadSecondaryWindows(ctx);
+
+    Files& files = *ctx.svc.files;
+    for (const char* name : {"temporary.eml", "temporary.msg"})
+        files.RemoveFile(files.TempFolder() + QLatin1Char('/') + QLatin1String(name));
+}
+
+void MinimizeToTray(AppContext& ctx) {
+    ctx.view->setWindowState(WindowState::Minimized);
+    Form_Resize(ctx);
+    ctx.view->hideWindow();
+}
+
+void mnuTrayShow_Click(AppContext& ctx) {
+    MainView& v = *ctx.view;
+    v.trayModify({TrayPlain}, ctx.AppTitle);
+    v.setWindowState(WindowState::Normal);
+    v.showWindow();
+    ShowSecondaryWindows(ctx);
+}
+
+void mnuTrayQuitApplication_Click(AppContext& ctx) {
+    ctx.QuitRequested = true;
+    bool cancel = false;
+    Form_Unload(ctx, cancel);
+    if (!cancel)
+        ctx.view->unloadWindow();
+}
+
+void tmrStatusBar_Timer(AppContext& ctx) {
+    UpdateClockPanel(ctx);
+    UpdateTrayIcon(ctx);
+}
+
+} // namespace velmora::frmMain

@@ -1,0 +1,28 @@
+#pragma once
+
+namespace velmora {
+
+struct AppContext;
+
+// The main form's own procedures: its load, resize and unload, going to and
+// coming back from the tray, and the clock timer.
+namespace frmMain {
+
+// Makes the form's timers in their design state and runs Form_Load.
+void Load(AppContext& ctx);
+void Form_Load(AppContext& ctx);
+void Form_Resize(AppContext& ctx);
+void Form_Unload(AppContext& ctx, bool& Cancel);
+
+// What Form_Load reads: options, accounts and rules, with the run-time values
+// that follow from them. The command line loads the stores through it too.
+void LoadStores(AppContext& ctx);
+
+// Minimise, which sends the whole program to the tray, then hide.
+void MinimizeToTray(AppContext& ctx);
+void mnuTrayShow_Click(AppContext& ctx);
+void mnuTrayQuitApplication_Click(AppContext& ctx);
+void tmrStatusBar_Timer(AppContext& ctx);
+
+} // namespace frmMain
+} // namespace velmora

@@ -1,0 +1,136 @@
+#include "checking/Schedule.h"
+
+#include "app/AppContext.h"
+#include "app/StatusBar.h"
+#include "app/Tray.h"
+#include "checking/CheckCycle.h"
+#include "platform/MainView.h"
+
+namespace velmora {
+
+namespace {
+
+const QString kPauseButton = QStringLiteral("tbrButtons(14)");
+
+// An "hh:mm" option as a time; what cannot be read counts as 0.
+QTime OptionTime(const QString& text) {
+    return QTime(text.mid(0, 2).toInt(), text.mid(3, 2).toInt());
+}
+
+} // namespace
+
+void NextAutoCheck(AppContext& ctx, int extraMinutes) {
+    const QDateTime now = ctx.now();
+    const QDate today = now.date();
+
+    // The interval may carry the time past midnight: then it is tomorrow's.
+    const int minutes =
+        now.time().hour() * 60 + now.time().minute() + ctx.options.IntervalMinutes + extraMinutes;
+    const QDate day = minutes < 24 * 60 ? today : today.addDays(1);
+    const QTime t = QTime(0, 0).addSecs((minutes % (24 * 60)) * 60 + now.time().second());
+    const QString candidate =
+        ctx.format(QDateTime(day, t), "dd/mm/yy-") + ctx.format(QDateTime(day, t), "hh:mm");
+    const QString atT =
+        QStringLiteral("Auto Check at ") + ctx.format(QDateTime(day, t), "h:mm AM/PM");
+
+    if (ctx.options.NoCheck != 1) {
+        ctx.NextCheckText = atT;
+        ctx.NextCheckTime = candidate;
+    } else {
+        const QTime begin = OptionTime(ctx.options.NoCheckTimeBegin);
+        const QTime end = OptionTime(ctx.options.NoCheckTimeEnd);
+        const QString beginText = ctx.format(QDateTime(day, begin), "dd/mm/yy-") +
+                                  ctx.format(QDateTime(day, begin), "hh:mm");
+        QString endText =
+            ctx.format(QDateTime(day, end), "dd/mm/yy-") + ctx.format(QDateTime(day, end), "hh:mm");
+        // A window across midnight ends tomorrow, counted from today.
+        if (beginText > endText) {
+            const QDateTime tomorrowEnd(today.addDays(1), end);
+            endText = ctx.format(tomorrowEnd, "dd/mm/yy-") + ctx.format(tomorrowEnd, "hh:mm");
+        }
+        const bool outside = candidate > endText || candidate < beginText || beginText == endText;
+        if (outside || ctx.NoCheckPostponed) {
+            ctx.NextCheckText = atT;
+            ctx.NextCheckTime = candidate;
+            ctx.NoCheckPostponed = false;
+        } else {
+            ctx.NextCheckText =
+                QStringLiteral("Auto Check at ") + ctx.format(QDateTime(day, end), "h:mm AM/PM");
+            ctx.NextCheckTime = endText;
+            ctx.NoCheckPostponed = true;
+        }
+    }
+    ctx.SavedNextCheckText = ctx.NextCheckText;
+    ctx.SavedNextCheckTime = ctx.NextCheckTime;
+}
+
+void tmrMailTime_Timer(AppContext& ctx) {
+    UpdateClockPanel(ctx);
+    if (ctx.accounts.AcntNum == 0)
+        return;
+    ctx.CurrentTime = ctx.format(ctx.now(), "dd/mm/yy-hh:mm");
+    // Compared as text, day first: across a month end the order is not the
+    // order of time, and a check then fires at once.
+    if (ctx.NextCheckTime.compare(ctx.CurrentTime, Qt::CaseInsensitive) <= 0) {
+        ctx.StopRequested = false;
+        AutoCheckAccounts(ctx);
+        ctx.view->setBusyCursor(false);
+    }
+    UpdateTrayIcon(ctx);
+}
+
+void tmrMailStartUp_Timer(AppContext& ctx) {
+    ctx.view->setPanelText(
+        3,
+        QStringLiteral("StartUp Check: %1 sec").arg(ctx.options.StartUpDelay - ctx.StartUpSeconds));
+    ++ctx.StartUpSeconds;
+    if (ctx.StartUpSeconds > ctx.options.StartUpDelay) {
+        ctx.StartUpDone = true;
+        ctx.view->setVisible(kPauseButton, false);
+        ctx.tmrMailStartUp->setEnabled(false);
+        ctx.StopRequested = false;
+        StartUpCheckAccounts(ctx);
+        ctx.view->setBusyCursor(false);
+    }
+}
+
+void EndStartUpCountdown(AppContext& ctx) {
+    if (ctx.StartUpDone)
+        return;
+    ctx.tmrMailStartUp->setEnabled(false);
+    ctx.view->setVisible(kPauseButton, false);
+    // The highest-numbered account's text, whichever account is shown.
+    ctx.view->setPanelText(3, ctx.accounts[ctx.accounts.AcntNum].AcntLastCheckText);
+    ctx.view->setPanelText(4, ctx.NextCheckText);
+    ctx.StartUpDone = true;
+}
+
+void ToggleStartUpPause(AppContext& ctx) {
+    ctx.StartUpPaused = !ctx.StartUpPaused;
+    if (ctx.StartUpPaused) {
+        ctx.view->setCaption(kPauseButton, "StartUp: Continue   ");
+        ctx.view->setToolTip(kPauseButton, "Continue the StartUp Check Timer");
+        ctx.tmrMailStartUp->setEnabled(false);
+    } else {
+        ctx.view->setCaption(kPauseButton, "StartUp: Pause       ");
+        ctx.view->setToolTip(kPauseButton, "Pause the StartUp Check Timer");
+        ctx.tmrMailStartUp->setEnabled(true);
+    }
+}
+
+void SuspendStartUpTimer(AppContext& ctx, const QString& action) {
+    if (ctx.options.EmailCheckStartUp == 0 || ctx.StartUpDone)
+        return;
+    if (action == QLatin1String("Suspend")) {
+        ctx.StartUpTimerWasOn = ctx.tmrMailStartUp->isEnabled();
+        ctx.StartUpPaused = false;
+        ctx.view->setEnabled(kPauseButton, false);
+        ToggleStartUpPause(ctx);
+    } else if (action == QLatin1String("Restore")) {
+        ctx.StartUpPaused = ctx.StartUpTimerWasOn;
+        ctx.view->setEnabled(kPauseButton, true);
+        ToggleStartUpPause(ctx);
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,79 @@
+#include "options/SaveOptions.h"
+
+#include "app/AppContext.h"
+#include "checking/Schedule.h"
+#include "options/MenuColours.h"
+#include "platform/AutoStart.h"
+#include "platform/MainView.h"
+
+namespace velmora {
+
+namespace {
+
+bool Differs(const Options& a, const Options& b, std::initializer_list<const char*> keys) {
+    for (const char* key : keys) {
+        if (a.valueText(key) != b.valueText(key))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+void SaveOptions(AppContext& ctx, const Options& working) {
+    Options& record = ctx.options;
+
+    // The logon entry follows a change of the box, not every save, so an
+    // entry removed by hand stays away until the box is switched.
+    if (working.RunStartUp != record.RunStartUp) {
+        if (working.RunStartUp == 1)
+            ctx.svc.autoStart->SetRunAtStartUp();
+        else
+            ctx.svc.autoStart->ClearRunAtStartUp();
+    }
+
+    const bool styleChanged =
+        Differs(working, record, {"DTheme", "TopColour", "MiddleColour", "BottomColour"});
+    const bool intervalSwitched = working.UseInterval != record.UseInterval;
+    const bool timingChanged = Differs(
+        working, record, {"Hours", "Minutes", "NoCheck", "NoCheckTimeBegin", "NoCheckTimeEnd"});
+
+    for (const QString& key : Options::saveOrder())
+        record.setValueText(key, working.valueText(key));
+    record.ComputeInterval();
+    if (styleChanged)
+        WriteMenuStyleFile(ctx);
+    record.WriteOptions(*ctx.svc.settings);
+    ApplySoundAndClientFlags(ctx);
+
+    // Auto Check follows at once. Switching it off and on again returns to
+    // the same next time; a new interval or window works it out afresh.
+    MainView& v = *ctx.view;
+    if (record.UseInterval == 1) {
+        ctx.tmrMailTime->setEnabled(true);
+        ctx.tmrStatusBar->setEnabled(false);
+        v.setCaption("mnuTrayAutoCheck", "&Auto Check - On|#AutoCheckOn");
+        if (intervalSwitched && !timingChanged) {
+            ctx.NextCheckText = ctx.SavedNextCheckText;
+            ctx.NextCheckTime = ctx.SavedNextCheckTime;
+        }
+        if (timingChanged) {
+            ctx.NoCheckPostponed = false;
+            NextAutoCheck(ctx, 0);
+        }
+    } else {
+        ctx.tmrMailTime->setEnabled(false);
+        ctx.tmrStatusBar->setEnabled(true);
+        ctx.NextCheckText = QStringLiteral("Auto Check Off");
+        v.setCaption("mnuTrayAutoCheck", "&Auto Check - Off|#AutoCheckOff");
+    }
+    v.setPanelText(4, ctx.NextCheckText);
+}
+
+void ApplySoundAndClientFlags(AppContext& ctx) {
+    ctx.SoundMaster = ctx.options.PlaySound != 0;
+    ctx.DefaultSoundValid = IsValidFile(*ctx.svc.files, ctx.options.DefaultSound, ".wav");
+    ctx.DefaultClientValid = IsValidFile(*ctx.svc.files, ctx.options.DefaultClient, ".exe");
+}
+
+} // namespace velmora
