@@ -1,0 +1,51 @@
+#include "platform/qt/LocalFiles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <unistd.h>
+
+namespace velmora {
+
+LocalFiles::LocalFiles(QString installDataFolder) : installData(std::move(installDataFolder)) {}
+
+QString LocalFiles::DataFolderBeside(const QString& executableFolder) {
+    return QDir::cleanPath(executableFolder + QStringLiteral("/../share/velmora"));
+}
+
+bool LocalFiles::FileExists(const QString& path) {
+    return !path.isEmpty() && QFileInfo(path).isFile();
+}
+
+void LocalFiles::RemoveFile(const QString& path) {
+    QFile::remove(path);
+}
+
+QString LocalFiles::ProgramFolder() {
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                           QStringLiteral("/Kestrum/Velmora");
+    QDir().mkpath(folder);
+    return folder;
+}
+
+QString LocalFiles::TempFolder() {
+    if (!temp.isEmpty())
+        return temp;
+    // Our own folder, closed to others; if the name is taken by someone
+    // else, a private folder of this run stands in.
+    const QString mine = QDir::tempPath() + QStringLiteral("/velmora-%1").arg(getuid());
+    QDir().mkdir(mine);
+    const QFileInfo info(mine);
+    if (info.isDir() && !info.isSymLink() && info.ownerId() == getuid()) {
+        QFile::setPermissions(mine, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        temp = mine;
+    } else {
+        fallbackTemp = std::make_unique<QTemporaryDir>(QDir::tempPath() + "/velmora-XXXXXX");
+        temp = fallbackTemp->path();
+    }
+    return temp;
+}
+
+} // namespace velmora

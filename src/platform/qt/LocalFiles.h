@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Files.h"
+
+#include <QTemporaryDir>
+#include <memory>
+
+namespace velmora {
+
+// The program's folders on this machine:
+// - program folder: $XDG_DATA_HOME/Kestrum/Velmora (Rules files, frmMain.ini)
+// - install data: share/velmora beside the executable's bin folder, so a
+//   build tree runs as an installed copy does
+// - temporary files: one folder per user under the system's temporary folder
+class LocalFiles : public Files {
+public:
+    explicit LocalFiles(QString installDataFolder);
+
+    bool FileExists(const QString& path) override;
+    void RemoveFile(const QString& path) override;
+    QString ProgramFolder() override;
+    QString InstallDataFolder() override { return installData; }
+    QString TempFolder() override;
+
+    // share/velmora relative to the folder of the running executable.
+    static QString DataFolderBeside(const QString& executableFolder);
+
+private:
+    QString installData;
+    QString temp;
+    std::unique_ptr<QTemporaryDir> fallbackTemp;
+};
+
+} // namespace velmora

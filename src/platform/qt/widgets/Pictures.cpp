@@ -1,0 +1,118 @@
+#include "platform/qt/widgets/Pictures.h"
+
+#include <QHash>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+
+namespace velmora::Pictures {
+
+namespace {
+
+constexpr int Size = 32;
+
+void DrawEnvelope(QPainter& p, const QColor& fill, const QColor& line) {
+    const QRectF body(3, 8, 26, 17);
+    p.setPen(QPen(line, 2));
+    p.setBrush(fill);
+    p.drawRoundedRect(body, 2, 2);
+    p.drawLine(QPointF(4, 9), QPointF(16, 18));
+    p.drawLine(QPointF(28, 9), QPointF(16, 18));
+}
+
+void DrawCross(QPainter& p, const QColor& colour) {
+    p.setPen(QPen(colour, 3, Qt::SolidLine, Qt::RoundCap));
+    p.drawLine(QPointF(20, 18), QPointF(29, 27));
+    p.drawLine(QPointF(29, 18), QPointF(20, 27));
+}
+
+void DrawBadge(QPainter& p, const QColor& colour, const QString& letter) {
+    p.setPen(Qt::NoPen);
+    p.setBrush(colour);
+    p.drawEllipse(QRectF(2, 2, 28, 28));
+    p.setPen(Qt::white);
+    QFont font = p.font();
+    font.setBold(true);
+    font.setPixelSize(16);
+    p.setFont(font);
+    p.drawText(QRectF(2, 2, 28, 28), Qt::AlignCenter, letter);
+}
+
+QColor BadgeColour(const QString& key) {
+    static const QHash<QString, QColor> colours = {
+        {"Help", QColor(60, 120, 200)},   {"Stop", QColor(200, 50, 50)},
+        {"Close", QColor(110, 110, 110)}, {"CheckAll", QColor(40, 150, 80)},
+        {"Save", QColor(40, 110, 170)},   {"Cancel", QColor(180, 90, 40)},
+        {"Pause", QColor(200, 150, 30)},  {"Quit", QColor(170, 40, 40)},
+        {"Size", QColor(100, 100, 160)},  {"Options", QColor(90, 90, 90)},
+        {"Rules", QColor(130, 80, 160)},  {"Accounts", QColor(40, 130, 140)},
+        {"Folder", QColor(200, 160, 60)}, {"Spam", QColor(200, 110, 30)},
+        {"Delete", QColor(200, 50, 50)},  {"New", QColor(40, 150, 80)},
+        {"Attach", QColor(90, 90, 160)},
+    };
+    for (auto it = colours.begin(); it != colours.end(); ++it) {
+        if (key.contains(it.key()))
+            return it.value();
+    }
+    return QColor(70, 100, 140);
+}
+
+QPixmap Blank() {
+    QPixmap pixmap(Size, Size);
+    pixmap.fill(Qt::transparent);
+    return pixmap;
+}
+
+} // namespace
+
+QIcon Keyed(const QString& key) {
+    static QHash<QString, QIcon> cache;
+    if (auto it = cache.constFind(key); it != cache.constEnd())
+        return *it;
+    if (key.isEmpty() || key == QLatin1String("Blank"))
+        return cache[key] = QIcon();
+    QPixmap pixmap = Blank();
+    QPainter p(&pixmap);
+    p.setRenderHint(QPainter::Antialiasing);
+    if (key.startsWith(QLatin1String("Mail")) || key == QLatin1String("Email")) {
+        const bool disabled = key.endsWith(QLatin1String("Disabled"));
+        const QColor line = disabled ? QColor(150, 150, 150) : QColor(40, 60, 90);
+        QColor fill = key.startsWith(QLatin1String("MailYes")) ? QColor(255, 230, 120)
+                                                               : QColor(245, 245, 245);
+        if (key.startsWith(QLatin1String("MailSpin"))) {
+            const int frame = key.mid(8).toInt();
+            fill = QColor::fromHsv((frame * 45) % 360, 90, 255);
+        }
+        DrawEnvelope(p, disabled ? fill.lighter(110) : fill, line);
+        if (key.startsWith(QLatin1String("MailError")))
+            DrawCross(p, QColor(200, 40, 40));
+    } else {
+        DrawBadge(p, BadgeColour(key), key.left(1).toUpper());
+    }
+    p.end();
+    return cache[key] = QIcon(pixmap);
+}
+
+QIcon Tray(const QList<int>& layers) {
+    QPixmap pixmap = Blank();
+    QPainter p(&pixmap);
+    p.setRenderHint(QPainter::Antialiasing);
+    for (int layer : layers) {
+        switch (layer) {
+        case 8:
+            DrawEnvelope(p, QColor(245, 245, 245), QColor(40, 60, 90));
+            DrawCross(p, QColor(200, 40, 40));
+            break;
+        case 9:
+            DrawEnvelope(p, QColor(210, 210, 210), QColor(120, 120, 120));
+            break;
+        default:
+            DrawEnvelope(p, QColor(255, 230, 120), QColor(40, 60, 90));
+            break;
+        }
+    }
+    p.end();
+    return QIcon(pixmap);
+}
+
+} // namespace velmora::Pictures
