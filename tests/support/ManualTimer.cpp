@@ -1,0 +1,10 @@
+#include "support/ManualTimer.h"
+
+namespace velmora {
+
+void ManualTimer::fire() {
+    if (enabled && onTick)
+        onTick();
+}
+
+} // namespace velmora

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "app/AppContext.h"
+#include "platform/RecordedBoxes.h"
+#include "platform/StateView.h"
+#include "support/CountingEventPump.h"
+#include "support/FakeAutoStart.h"
+#include "support/FakeFiles.h"
+#include "support/FakeInstanceGuard.h"
+#include "support/FakeSettingsStore.h"
+#include "support/ManualTimer.h"
+#include "support/SettableClock.h"
+
+#include <memory>
+
+namespace velmora {
+
+// A fresh program on fakes: settings in memory, a settable clock, timers
+// that tick on demand, boxes that are recorded, a window without a screen.
+struct TestRig {
+    TestRig();
+
+    // Loads the program as its start does; false if Main declined.
+    bool start();
+
+    FakeSettingsStore settings;
+    RecordedBoxes boxes;
+    SettableClock clock;
+    ManualTimerFactory timers;
+    CountingEventPump pump;
+    FakeAutoStart autoStart;
+    FakeFiles files;
+    FakeInstanceGuard instance;
+    StateView view;
+    std::unique_ptr<AppContext> ctx;
+
+    // Writes account n's twelve keys as the Accounts page would.
+    void addAccount(int n, const QString& name, bool enabled = true);
+};
+
+} // namespace velmora

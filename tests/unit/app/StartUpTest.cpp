@@ -1,0 +1,258 @@
+#include "app/frmMain.h"
+#include "options/Options.h"
+#include "support/TestRig.h"
+
+#include <QtTest>
+
+using namespace velmora;
+
+class StartUpTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void emptyStoreGivesWorkingProgramWithNoAccounts();
+    void firstRunWritesLogonEntryOnce();
+    void readsSettingsInLoadOrder();
+    void accountsGetTabsAndRunTimeValues();
+    void startUpCountdownNeedsAnAccount_data();
+    void startUpCountdownNeedsAnAccount();
+    void minimizedStartShowsOnlyTheTray();
+    void secondInstanceTouchesNothing();
+    void firstAutoCheckTime_data();
+    void firstAutoCheckTime();
+    void closeBoxGoesToTrayWhenOptionOn();
+    void unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles_data();
+    void unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles();
+    void trayQuitEndsProgramEvenWithCloseButtonOn();
+};
+
+void StartUpTest::emptyStoreGivesWorkingProgramWithNoAccounts() {
+    TestRig rig;
+    QVERIFY(rig.start());
+    const StateView& v = rig.view;
+    QCOMPARE(v.tabCount(TabStrip::Email), 1);
+    QCOMPARE(v.panelText(1), QString("No Accounts have been created..."));
+    QCOMPARE(v.panelText(4), QString("Auto Check Off"));
+    QVERIFY(v.isVisible("fraNoAcntsBanner"));
+    QVERIFY(!v.isEnabled("tbrButtons(2)"));
+    QVERIFY(!v.isEnabled("tbrButtons(3)"));
+    QVERIFY(!v.isVisible("tbrButtons(14)"));
+    QVERIFY(!v.isEnabled("mnuTrayCheckAll"));
+    QCOMPARE(v.caption("mnuTrayAutoCheck"), QString("&Auto Check - Off|#AutoCheckOff"));
+    QCOMPARE(v.caption("lblBanner"), QString("Email"));
+    QVERIFY(v.isWindowVisible());
+    QVERIFY(v.trayPresent);
+    QVERIFY(Manual(rig.ctx->tmrStatusBar).enabled);
+    QVERIFY(!Manual(rig.ctx->tmrMailTime).enabled);
+    QVERIFY(!Manual(rig.ctx->tmrMailStartUp).enabled);
+    QVERIFY(rig.ctx->StartUpDone);
+    QCOMPARE(rig.ctx->accounts.AcntCurrent, 0);
+    QCOMPARE(rig.ctx->options.IntervalMinutes, 30);
+}
+
+void StartUpTest::firstRunWritesLogonEntryOnce() {
+    TestRig rig;
+    QVERIFY(rig.start());
+    QCOMPARE(rig.autoStart.sets, 1);
+    QCOMPARE(rig.settings.writes,
+             QStringList({"Settings\\Options\\RunStartUp", "Settings\\FirstUse"}));
+    QCOMPARE(rig.settings.get("Settings\\FirstUse"), QString("1"));
+
+    TestRig again;
+    again.settings.values = rig.settings.values;
+    again.settings.set("Settings\\Options\\RunStartUp", "0");
+    QVERIFY(again.start());
+    QCOMPARE(again.autoStart.sets, 0);
+    QVERIFY(again.settings.writes.isEmpty());
+    QCOMPARE(again.ctx->options.RunStartUp, 0);
+}
+
+void StartUpTest::readsSettingsInLoadOrder() {
+    TestRig rig;
+    rig.settings.set("Settings\\FirstUse", "1");
+    rig.settings.set("Settings\\AcntNum", "2");
+    QVERIFY(rig.start());
+
+    QStringList expected = {"Settings\\FirstUse", "Settings\\AcntNum"};
+    for (const QString& key : Options::loadOrder())
+        expected << "Settings\\Options\\" + key;
+    for (const char* key : {"DTheme", "TopColour", "MiddleColour", "BottomColour"})
+        expected << QString("Settings\\Options\\") + key;
+    for (int n = 1; n <= 2; ++n) {
+        for (const char* field : {"AcntEnabled", "AcntName", "AcntServer", "AcntSecure", "AcntPort",
+                                  "AcntLoginID", "AcntPassword", "AcntColour", "AcntColourIndex",
+                                  "AcntClient", "AcntSound", "AcntSoundOn"})
+            expected << QString("Settings\\%1%2").arg(field).arg(n);
+    }
+    expected << "Settings\\Options\\RestoreColWidth";
+    QCOMPARE(rig.settings.reads, expected);
+}
+
+void StartUpTest::accountsGetTabsAndRunTimeValues() {
+    TestRig rig;
+    rig.addAccount(1, "Home");
+    rig.addAccount(2, "Work", false);
+    rig.clock.set("2026-11-21T16:05:00");
+    QVERIFY(rig.start());
+
+    const StateView& v = rig.view;
+    QCOMPARE(v.tabCount(TabStrip::Email), 2);
+    QCOMPARE(v.tabCount(TabStrip::Accounts), 2);
+    QCOMPARE(v.tabs[0][0].caption, QString("Home"));
+    QCOMPARE(v.tabImage(TabStrip::Email, 1), QString("MailNo"));
+    QCOMPARE(v.tabImage(TabStrip::Accounts, 2), QString("MailNoDisabled"));
+    QVERIFY(!v.isVisible("fraNoAcntsBanner"));
+    QVERIFY(v.isEnabled("tbrButtons(3)"));
+    QVERIFY(v.isEnabled("mnuTrayCheckAll"));
+    QCOMPARE(v.panelText(1), QString("Home"));
+    QCOMPARE(v.panelText(3), QString("Not Checked"));
+
+    const AccountStore& acc = rig.ctx->accounts;
+    QCOMPARE(acc.AcntCurrent, 1);
+    QCOMPARE(acc[2].AcntStatusText, QString("Work"));
+    QCOMPARE(acc[2].AcntLastCheckTime, QString("4:05 PM"));
+    QCOMPARE(acc[2].AcntPort, QString("110"));
+}
+
+void StartUpTest::startUpCountdownNeedsAnAccount_data() {
+    QTest::addColumn<int>("accounts");
+    QTest::addColumn<bool>("counting");
+    QTest::newRow("one account") << 1 << true;
+    QTest::newRow("no account") << 0 << false;
+}
+
+void StartUpTest::startUpCountdownNeedsAnAccount() {
+    QFETCH(int, accounts);
+    QFETCH(bool, counting);
+    TestRig rig;
+    rig.settings.set("Settings\\Options\\EmailCheckStartUp", "1");
+    for (int n = 1; n <= accounts; ++n)
+        rig.addAccount(n, "Home");
+    QVERIFY(rig.start());
+    QCOMPARE(rig.view.isVisible("tbrButtons(14)"), counting);
+    QCOMPARE(Manual(rig.ctx->tmrMailStartUp).enabled, counting);
+    QCOMPARE(rig.ctx->StartUpDone, !counting);
+    if (counting)
+        QCOMPARE(rig.view.caption("tbrButtons(14)"), QString("StartUp: Pause       "));
+}
+
+void StartUpTest::minimizedStartShowsOnlyTheTray() {
+    TestRig rig;
+    rig.settings.set("Settings\\Options\\MinimizeStartUp", "1");
+    rig.settings.set("Settings\\Options\\UseInterval", "1");
+    rig.addAccount(1, "Home");
+    QVERIFY(rig.start());
+    QVERIFY(!rig.view.isWindowVisible());
+    QCOMPARE(rig.view.windowState(), WindowState::Minimized);
+    QVERIFY(rig.view.trayPresent);
+    QVERIFY(Manual(rig.ctx->tmrMailTime).enabled);
+    QVERIFY(!Manual(rig.ctx->tmrStatusBar).enabled);
+}
+
+void StartUpTest::secondInstanceTouchesNothing() {
+    TestRig rig;
+    rig.instance.otherInstanceRuns = true;
+    QVERIFY(!rig.start());
+    QVERIFY(rig.settings.reads.isEmpty());
+    QVERIFY(rig.settings.writes.isEmpty());
+    QVERIFY(!rig.view.trayPresent);
+    QVERIFY(!rig.view.isWindowVisible());
+    QCOMPARE(rig.autoStart.sets, 0);
+}
+
+void StartUpTest::firstAutoCheckTime_data() {
+    QTest::addColumn<QString>("minutes");
+    QTest::addColumn<QString>("clock");
+    QTest::addColumn<QString>("next");
+    QTest::newRow("short interval, late seconds: a minute more") << "10"
+                                                                 << "2026-11-21T10:15:25"
+                                                                 << "21/11/26-10:26";
+    QTest::newRow("short interval, early seconds") << "10"
+                                                   << "2026-11-21T10:15:19"
+                                                   << "21/11/26-10:25";
+    QTest::newRow("interval of 16, late seconds") << "16"
+                                                  << "2026-11-21T10:15:45"
+                                                  << "21/11/26-10:31";
+}
+
+void StartUpTest::firstAutoCheckTime() {
+    QFETCH(QString, minutes);
+    QFETCH(QString, clock);
+    QFETCH(QString, next);
+    TestRig rig;
+    rig.settings.set("Settings\\Options\\Minutes", minutes);
+    rig.settings.set("Settings\\Options\\UseInterval", "1");
+    rig.clock.set(clock);
+    QVERIFY(rig.start());
+    QCOMPARE(rig.ctx->NextCheckTime, next);
+    QCOMPARE(rig.view.panelText(4), rig.ctx->NextCheckText);
+}
+
+void StartUpTest::closeBoxGoesToTrayWhenOptionOn() {
+    TestRig rig;
+    rig.addAccount(1, "Home");
+    QVERIFY(rig.start());
+    rig.settings.writes.clear();
+    bool cancel = false;
+    frmMain::Form_Unload(*rig.ctx, cancel);
+    QVERIFY(cancel);
+    QVERIFY(!rig.view.isWindowVisible());
+    QCOMPARE(rig.view.windowState(), WindowState::Minimized);
+    QVERIFY(rig.view.trayPresent);
+    QVERIFY(rig.settings.writes.isEmpty());
+
+    frmMain::mnuTrayShow_Click(*rig.ctx);
+    QVERIFY(rig.view.isWindowVisible());
+    QCOMPARE(rig.view.windowState(), WindowState::Normal);
+}
+
+void StartUpTest::unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles_data() {
+    QTest::addColumn<QString>("restoreColWidth");
+    QTest::addColumn<bool>("widthsSaved");
+    QTest::newRow("widths restored at start-up") << "1" << false;
+    QTest::newRow("widths kept") << "0" << true;
+}
+
+void StartUpTest::unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles() {
+    QFETCH(QString, restoreColWidth);
+    QFETCH(bool, widthsSaved);
+    TestRig rig;
+    rig.settings.set("Settings\\Options\\CloseButton", "0");
+    rig.settings.set("Settings\\Options\\RestoreColWidth", restoreColWidth);
+    rig.settings.set("Settings\\Options\\ColSubjectWidth", "321");
+    rig.files.existing.insert("/temp/temporary.eml");
+    QVERIFY(rig.start());
+    rig.ctx->options.SortColumnLastUsed = "Subject";
+    rig.ctx->SortDescending = 0;
+    rig.settings.writes.clear();
+
+    bool cancel = false;
+    frmMain::Form_Unload(*rig.ctx, cancel);
+    QVERIFY(!cancel);
+    QVERIFY(!rig.view.trayPresent);
+    QStringList expected;
+    if (widthsSaved) {
+        for (const char* key :
+             {"ColFromWidth", "ColToWidth", "ColSubjectWidth", "ColDateWidth", "ColSizeWidth"})
+            expected << QString("Settings\\Options\\") + key;
+        QCOMPARE(rig.settings.get("Settings\\Options\\ColSubjectWidth"), QString("321"));
+    }
+    expected << "Settings\\Options\\SortColumnLastUsed"
+             << "Settings\\Options\\SortOrder";
+    QCOMPARE(rig.settings.writes, expected);
+    QCOMPARE(rig.settings.get("Settings\\Options\\SortColumnLastUsed"), QString("Subject"));
+    QCOMPARE(rig.settings.get("Settings\\Options\\SortOrder"), QString("0"));
+    // A missing file is no failure.
+    QCOMPARE(rig.files.removed, QStringList({"/temp/temporary.eml", "/temp/temporary.msg"}));
+}
+
+void StartUpTest::trayQuitEndsProgramEvenWithCloseButtonOn() {
+    TestRig rig;
+    QVERIFY(rig.start());
+    frmMain::mnuTrayQuitApplication_Click(*rig.ctx);
+    QVERIFY(rig.view.unloaded);
+    QVERIFY(!rig.view.trayPresent);
+    QVERIFY(rig.settings.has("Settings\\Options\\SortOrder"));
+}
+
+QTEST_GUILESS_MAIN(StartUpTest)
+#include "StartUpTest.moc"
