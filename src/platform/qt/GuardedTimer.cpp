@@ -22,8 +22,10 @@ void GuardedTimer::tick() {
     if (running || !onTick)
         return;
     const std::shared_ptr<bool> stillAlive = alive;
+    // A copy on the stack outlives the timer, should the handler delete it.
+    const std::function<void()> handler = onTick;
     running = true;
-    onTick();
+    handler();
     if (*stillAlive)
         running = false;
 }
