@@ -1,0 +1,66 @@
+#pragma once
+
+#include "platform/qt/PopReader.h"
+
+#include <QObject>
+#include <QSslError>
+#include <QString>
+
+class QEventLoop;
+class QSslSocket;
+
+namespace velmora {
+
+// The socket under the POP client, plain or TLS from the first byte, with
+// waits that keep the event loop turning and end after a time-out of
+// silence. Any handler that runs during a wait may call abort().
+class PopConnection : public QObject {
+    Q_OBJECT
+public:
+    enum Wait { Data, TimedOut, Closed, Aborted };
+
+    // What ended an attempt to connect.
+    struct OpenResult {
+        enum Kind {
+            Open,
+            TimedOut,
+            Refused,
+            HostNotFound,
+            Reset,
+            TlsFailed,
+            CertificateFailed,
+            OtherError,
+            Aborted
+        } kind = Open;
+        int certificateError = 0;
+        QString text;
+    };
+
+    explicit PopConnection(int timeoutSeconds);
+    ~PopConnection() override;
+
+    OpenResult open(const QString& host, quint16 port, bool tls);
+    void send(const QByteArray& commandLine);
+    // Waits until more bytes are in the reader, or something else happens.
+    Wait waitForData();
+    // Ends the connection at once; a wait in progress returns Aborted.
+    void abort();
+    // Ends the connection after sending what is queued.
+    void close();
+    bool isOpen() const;
+    bool wasAborted() const { return aborted; }
+    QString peerSubject() const;
+
+    PopReader reader;
+
+private:
+    Wait runLoop(bool untilEncrypted);
+    void pull();
+
+    QSslSocket* socket = nullptr;
+    QEventLoop* loop = nullptr;
+    int timeoutMs;
+    bool aborted = false;
+};
+
+} // namespace velmora

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QByteArray>
+
+namespace velmora {
+
+// Cuts what a POP3 server sends into status lines and multi-line blocks.
+// It owns no socket: the client appends what arrives and takes complete
+// pieces out. Lines may end in CR LF or a bare LF; block content comes out
+// dot-unstuffed with CR LF line ends.
+class PopReader {
+public:
+    enum Result { NeedMore, Done, TooLong };
+
+    // Longest status line accepted; a server that sends more without a line
+    // end is not speaking POP3.
+    static constexpr qsizetype MaxStatusLine = 64 * 1024;
+
+    void append(const QByteArray& data);
+    void clear();
+    qsizetype buffered() const { return buf.size() - pos; }
+
+    // One status line, without its line end.
+    Result takeLine(QByteArray& line);
+    // Block content up to the terminating "." line, appended to `out`.
+    // `consumed` grows by the bytes of the stream used. Done once the
+    // terminator was read; content already taken stays in `out`.
+    Result takeBlock(QByteArray& out, qint64& consumed);
+
+    // "+OK ..." or "-ERR ..."; anything else is not a reply.
+    struct Status {
+        bool valid = false;
+        bool ok = false;
+        QByteArray text; // what follows the indicator, trimmed
+    };
+    static Status parseStatus(const QByteArray& line);
+
+private:
+    void compact();
+
+    QByteArray buf;
+    qsizetype pos = 0;
+};
+
+} // namespace velmora
