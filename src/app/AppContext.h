@@ -3,12 +3,14 @@
 #include "accounts/AccountStore.h"
 #include "messages/MessageStore.h"
 #include "options/Options.h"
+#include "platform/PopClient.h"
 #include "platform/Services.h"
 #include "platform/Timer.h"
 
 #include <QDateTime>
 #include <QStringList>
 #include <memory>
+#include <vector>
 
 namespace velmora {
 
@@ -39,6 +41,14 @@ struct AppContext {
     Options options;
     MessageStore messages;
 
+    // The POP client and its events. A client dropped by a stop is kept
+    // until the next connection, as it may still be on the call stack.
+    std::unique_ptr<class PopClient> PopClient;
+    std::unique_ptr<PopNotify> PopEvents;
+    std::vector<std::unique_ptr<class PopClient>> RetiredPopClients;
+    int ReceivedCount = 0;
+    int AnimationFrame = 0;
+
     // Checking.
     bool StopRequested = false;
     bool PopConnected = false;
@@ -52,6 +62,11 @@ struct AppContext {
     bool StartUpTimerWasOn = false;
     int TotalMessages = 0;
     int TotalNew = 0;
+    // Names of accounts whose download may be incomplete, a line each.
+    QString IncompleteAccounts;
+    // The Auto Check Message's account lines.
+    QString AccountInfoText;
+    int AccountInfoLines = 0;
     QString CurrentTime;
     QString NextCheckTime;
     QString NextCheckText;
@@ -69,6 +84,10 @@ struct AppContext {
 
     // The message list.
     int AcntLastShown = 0;
+    int SelectedMessage = 0;
+    int ListAttachCount = 0;
+    int ListDeleteAttachCount = 0;
+    int ListNewAttachCount = 0;
 
     // Sorting of the message list.
     QString SortColumnName;

@@ -3,6 +3,8 @@
 #include "app/AppContext.h"
 #include "platform/MainView.h"
 
+#include <utility>
+
 namespace velmora {
 
 void UpdateClockPanel(AppContext& ctx) {
@@ -11,11 +13,46 @@ void UpdateClockPanel(AppContext& ctx) {
                                   ctx.format(now, "h:mm AM/PM"));
 }
 
+namespace {
+
+// Panel 2 shows the most pressing fact about the account: new messages
+// first, then spam, deletions and attachments.
+std::pair<int, QString> PanelTwo(const AppContext& ctx, const Account& a) {
+    if (a.AcntNewCount >= 1) {
+        if (a.AcntSpamCount >= 1)
+            return {a.AcntSpamCount, "SpamNew"};
+        if (a.AcntDeleteCount >= 1 && ctx.ListDeleteAttachCount >= 1)
+            return {ctx.ListDeleteAttachCount, "DeleteAttach"};
+        if (ctx.ListNewAttachCount == 0)
+            return {a.AcntNewCount, "New"};
+        return {ctx.ListNewAttachCount, "AttachNew"};
+    }
+    if (a.AcntSpamCount >= 1)
+        return {a.AcntSpamCount, "Spam"};
+    if (a.AcntDeleteCount >= 1) {
+        if (ctx.ListDeleteAttachCount >= 1)
+            return {ctx.ListDeleteAttachCount, "DeleteAttach"};
+        return {a.AcntDeleteCount, "Delete"};
+    }
+    if (ctx.ListAttachCount >= 1)
+        return {ctx.ListAttachCount, "Attach"};
+    if (a.AcntStatusText == a.AcntName + QStringLiteral(" - User Stopped Retrieval") ||
+        a.AcntLastCheckText == QLatin1String("Not Checked"))
+        return {-1, QString()};
+    return {a.AcntMsgCount, "Normal"};
+}
+
+} // namespace
+
 void RefreshAccountPanels(AppContext& ctx, int account) {
     const Account& a = ctx.accounts[account];
-    ctx.view->setPanelText(1, a.AcntStatusText);
-    ctx.view->setPanelText(3, a.AcntLastCheckText);
-    ctx.view->setPanelText(4, ctx.NextCheckText);
+    MainView& v = *ctx.view;
+    v.setPanelText(1, a.AcntStatusText);
+    v.setPanelText(3, a.AcntLastCheckText);
+    v.setPanelText(4, ctx.NextCheckText);
+    const auto [count, picture] = PanelTwo(ctx, a);
+    v.setPanelText(2, count < 0 ? QString() : QString::number(count));
+    v.setPanelPicture(2, picture);
 }
 
 } // namespace velmora

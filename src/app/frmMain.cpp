@@ -6,6 +6,7 @@
 #include "app/StatusBar.h"
 #include "app/Tray.h"
 #include "checking/CheckCycle.h"
+#include "checking/PopEvents.h"
 #include "checking/PopSession.h"
 #include "checking/Schedule.h"
 #include "messages/MessageList.h"
@@ -55,11 +56,15 @@ void SetColumnWidths(AppContext& ctx) {
 
 } // namespace
 
-void Load(AppContext& ctx) {
+void CreateTimers(AppContext& ctx) {
     ctx.tmrStatusBar = MakeTimer(ctx, 1000, true, tmrStatusBar_Timer);
     ctx.tmrMailTime = MakeTimer(ctx, 1000, false, tmrMailTime_Timer);
     ctx.tmrMailStartUp = MakeTimer(ctx, 1000, false, tmrMailStartUp_Timer);
     ctx.tmrRetrieveMessage = MakeTimer(ctx, 100, false, tmrRetrieveMessage_Timer);
+}
+
+void Load(AppContext& ctx) {
+    CreateTimers(ctx);
     Form_Load(ctx);
 }
 
@@ -112,17 +117,8 @@ void Form_Load(AppContext& ctx) {
     LoadStores(ctx);
 
     const AccountStore& acc = ctx.accounts;
-    v.clearTabs(TabStrip::Email);
-    v.clearTabs(TabStrip::Accounts);
-    if (acc.AcntNum > 0) {
-        for (int n = 1; n <= acc.AcntNum; ++n) {
-            const QString image = acc[n].AcntEnabled == 0 ? "MailNoDisabled" : "MailNo";
-            v.addTab(TabStrip::Email, acc[n].AcntName, image);
-            v.addTab(TabStrip::Accounts, acc[n].AcntName, image);
-        }
-    } else {
-        v.addTab(TabStrip::Email, QString(), "MailNo");
-        v.addTab(TabStrip::Accounts, QString(), "MailNo");
+    AddAccountTabs(ctx);
+    if (acc.AcntNum == 0) {
         v.setPanelText(1, "No Accounts have been created...");
         ShowNoAccountState(ctx);
     }
@@ -141,6 +137,22 @@ void Form_Load(AppContext& ctx) {
 
     SetColumnWidths(ctx);
     v.setFocus("cmdTakeFocus");
+}
+
+void AddAccountTabs(AppContext& ctx) {
+    MainView& v = *ctx.view;
+    const AccountStore& acc = ctx.accounts;
+    v.clearTabs(TabStrip::Email);
+    v.clearTabs(TabStrip::Accounts);
+    for (int n = 1; n <= acc.AcntNum; ++n) {
+        const QString image = acc[n].AcntEnabled == 0 ? "MailNoDisabled" : "MailNo";
+        v.addTab(TabStrip::Email, acc[n].AcntName, image);
+        v.addTab(TabStrip::Accounts, acc[n].AcntName, image);
+    }
+    if (acc.AcntNum == 0) {
+        v.addTab(TabStrip::Email, QString(), "MailNo");
+        v.addTab(TabStrip::Accounts, QString(), "MailNo");
+    }
 }
 
 void Form_Resize(AppContext& ctx) {

@@ -10,6 +10,8 @@ namespace frmMain {
 
 // Makes the form's timers in their design state and runs Form_Load.
 void Load(AppContext& ctx);
+// The timers alone, for a program that runs the logic without the form.
+void CreateTimers(AppContext& ctx);
 void Form_Load(AppContext& ctx);
 void Form_Resize(AppContext& ctx);
 void Form_Unload(AppContext& ctx, bool& Cancel);
@@ -17,6 +19,9 @@ void Form_Unload(AppContext& ctx, bool& Cancel);
 // What Form_Load reads: options, accounts and rules, with the run-time values
 // that follow from them. The command line loads the stores through it too.
 void LoadStores(AppContext& ctx);
+
+// One tab per account on both tab strips, or the placeholder tab.
+void AddAccountTabs(AppContext& ctx);
 
 // Minimise, which sends the whole program to the tray, then hide.
 void MinimizeToTray(AppContext& ctx);

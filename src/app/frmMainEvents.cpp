@@ -3,6 +3,9 @@
 #include "app/AppContext.h"
 #include "app/Pages.h"
 #include "app/frmMain.h"
+#include "checking/CheckCycle.h"
+#include "checking/PopSession.h"
+#include "messages/MessageList.h"
 #include "platform/MainView.h"
 
 namespace velmora {
@@ -29,6 +32,17 @@ void frmMainEvents::Click(const QString& control) {
         frmMain::mnuTrayShow_Click(ctx);
     } else if (control == QLatin1String("mnuTrayQuitApplication")) {
         frmMain::mnuTrayQuitApplication_Click(ctx);
+    } else if (control == QLatin1String("TabStripEmail")) {
+        TabStripEmail_Click(ctx);
+    } else if (control == QLatin1String("TabStripAcnts")) {
+        if (ctx.accounts.AcntNum > 0)
+            ctx.accounts.AcntCurrent = ctx.view->selectedTab(TabStrip::Accounts);
+    } else if (control == QLatin1String("mnuTrayCheckAll")) {
+        CheckAllAccounts(ctx);
+    } else if (control == QLatin1String("tbrEmail/EmailCheck")) {
+        CheckSingleAccount(ctx);
+    } else if (control == QLatin1String("tbrAcnts/AcntTest")) {
+        TestAccountConnection(ctx);
     } else if (control == QLatin1String("TrayIcon")) {
         // A left click on the tray picture brings a hidden window back.
         if (ctx.view->windowState() == WindowState::Minimized || !ctx.view->isWindowVisible())

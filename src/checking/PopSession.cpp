@@ -1,13 +1,163 @@
 #include "checking/PopSession.h"
 
 #include "app/AppContext.h"
+#include "checking/CheckCycle.h"
+#include "checking/PopDialogs.h"
+#include "checking/PopEvents.h"
+#include "checking/Schedule.h"
+#include "messages/Capture.h"
+#include "platform/MainView.h"
+#include "platform/PopClient.h"
+#include "platform/PopErrors.h"
+#include "platform/RuntimeErrors.h"
+
+#include <cmath>
+#include <limits>
 
 namespace velmora {
 
-void CreatePopClient(AppContext&) {}
+void CreatePopClient(AppContext& ctx) {
+    if (!ctx.svc.pop)
+        return;
+    if (!ctx.PopEvents)
+        ctx.PopEvents = std::make_unique<PopEventHandler>(ctx);
+    ctx.PopClient = ctx.svc.pop->create();
+    ctx.PopClient->setNotification(ctx.PopEvents.get());
+}
 
-void ReleasePopClient(AppContext&) {}
+void ReleasePopClient(AppContext& ctx) {
+    ctx.PopClient.reset();
+    ctx.RetiredPopClients.clear();
+}
 
-void tmrRetrieveMessage_Timer(AppContext&) {}
+void ReplacePopClient(AppContext& ctx) {
+    if (ctx.PopClient)
+        ctx.RetiredPopClients.push_back(std::move(ctx.PopClient));
+    CreatePopClient(ctx);
+}
+
+qint32 PortNumber(const QString& text) {
+    const QString trimmed = text.trimmed();
+    bool ok = false;
+    double value = trimmed.toLongLong(&ok);
+    if (!ok)
+        value = std::nearbyint(trimmed.toDouble(&ok));
+    if (!ok || !std::isfinite(value))
+        throw Failure{RuntimeError::TypeMismatch,
+                      QStringLiteral("Type mismatch: the port \"%1\" is not a number").arg(text)};
+    if (value < std::numeric_limits<qint32>::min() || value > std::numeric_limits<qint32>::max())
+        throw Failure{RuntimeError::Overflow,
+                      QStringLiteral("Overflow: the port \"%1\" is too large").arg(text)};
+    return qint32(value);
+}
+
+void PrepareConnection(AppContext& ctx, int account) {
+    // A client dropped by a stop is out of its call by now.
+    ctx.RetiredPopClients.clear();
+    const Account& a = ctx.accounts[account];
+    ctx.view->setBusyCursor(true);
+    ctx.tmrRetrieveMessage->setEnabled(true);
+    if (!ctx.TestInProgress)
+        ctx.view->setPanelText(1, a.AcntName + QStringLiteral(" - Connection in Progress"));
+    PopClient& client = *ctx.PopClient;
+    client.setSecurity(a.AcntSecure == 1 ? PopClient::SecurityImplicitTls
+                                         : PopClient::SecurityNone);
+    client.setTimeout(ctx.options.ConnectTimeOut);
+    client.setHostName(a.AcntServer);
+    client.setPort(PortNumber(a.AcntPort));
+    client.setLogin(a.AcntLoginID);
+    client.setPassword(a.AcntPassword);
+    client.setBlocking(true);
+    ctx.PopConnected = false;
+}
+
+void CloseConnection(AppContext& ctx) {
+    ctx.tmrRetrieveMessage->setEnabled(false);
+    ctx.view->setBusyCursor(false);
+    ctx.view->setProgressVisible(false);
+    if (ctx.PopClient)
+        ctx.PopClient->Disconnect();
+}
+
+void TestConnection(AppContext& ctx, int account) {
+    try {
+        PrepareConnection(ctx, account);
+        ctx.PopClient->Connect();
+        ctx.PopClient->Messages().ListMessages();
+        CloseConnection(ctx);
+        if (ctx.PopConnected)
+            ShowTestSucceeded(ctx);
+    } catch (const Failure& failure) {
+        CloseConnection(ctx);
+        // A test always reports: no option silences it.
+        ShowFailure(ctx, account, failure, QStringLiteral("Test Connection Failure"));
+    }
+}
+
+namespace {
+
+// Numbers the option "Suppress Connection Error Messages" silences; a
+// rejected login is not among them, so a wrong password always speaks.
+bool SilencedConnectError(int number) {
+    switch (number) {
+    case PopError::NoHostName:
+    case PopError::BadPort:
+    case PopError::NotPop3Greeting:
+    case PopError::ServerRefused:
+    case PopError::UnexpectedReply:
+    case PopError::ReplyTooLong:
+    case PopError::NotConnected:
+    case PopError::TooManyMessages:
+    case PopError::ConnectionReset:
+    case PopError::TimedOut:
+    case PopError::HostNotFound:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+void RetrieveAccount(AppContext& ctx, int account) {
+    Account& a = ctx.accounts[account];
+    try {
+        PrepareConnection(ctx, account);
+        ctx.PopClient->Connect();
+        if (!ctx.PopConnected)
+            return;
+        a.AcntConnected = true;
+        if (ctx.view->windowState() != WindowState::Minimized)
+            ctx.view->setProgressVisible(true);
+        ProcessMessages(ctx, account);
+        if (!ctx.StopRequested) {
+            CloseConnection(ctx);
+            return;
+        }
+    } catch (const Failure& failure) {
+        CloseConnection(ctx);
+        const int number = ClientErrorNumber(ctx, failure);
+        if (!(ctx.options.SuppressConnectErrors == 1 && SilencedConnectError(number)))
+            ShowFailure(ctx, account, failure, QStringLiteral("Error Establishing Connection"));
+    }
+    CloseConnection(ctx);
+    a.AcntMsgCount = a.AcntNewCount = a.AcntSpamCount = a.AcntDeleteCount = 0;
+    a.AcntHasMessages = a.AcntConnected = false;
+}
+
+void TestAccountConnection(AppContext& ctx) {
+    EndStartUpCountdown(ctx);
+    SuspendAutoCheck(ctx, "Suspend");
+    ctx.TestInProgress = true;
+    SetCheckingInterface(ctx, false, false);
+    const int account = ctx.accounts.AcntCurrent;
+    TestConnection(ctx, account);
+    SetCheckingInterface(ctx, true, false);
+    SuspendAutoCheck(ctx, "Restore");
+    // The highest-numbered account's text, whichever account is shown.
+    ctx.view->setPanelText(3, ctx.accounts[ctx.accounts.AcntNum].AcntLastCheckText);
+    ctx.view->setPanelText(4, ctx.NextCheckText);
+    ctx.TestInProgress = false;
+}
 
 } // namespace velmora

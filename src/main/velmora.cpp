@@ -6,6 +6,7 @@
 #include "platform/qt/LocalFiles.h"
 #include "platform/qt/LockFileInstanceGuard.h"
 #include "platform/qt/QtEventPump.h"
+#include "platform/qt/QtPopClient.h"
 #include "platform/qt/QtSettingsStore.h"
 #include "platform/qt/SystemClock.h"
 #include "platform/qt/XdgAutoStart.h"
@@ -30,6 +31,7 @@ int main(int argc, char** argv) {
     XdgAutoStart autoStart(QApplication::applicationFilePath());
     LocalFiles files(LocalFiles::DataFolderBeside(QApplication::applicationDirPath()));
     LockFileInstanceGuard instance;
+    QtPopClientFactory pop;
 
     Services services;
     services.settings = &settings;
@@ -40,6 +42,7 @@ int main(int argc, char** argv) {
     services.autoStart = &autoStart;
     services.files = &files;
     services.instance = &instance;
+    services.pop = &pop;
 
     AppContext ctx(services);
     MainWindow window;

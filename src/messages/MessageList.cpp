@@ -1,10 +1,40 @@
 #include "messages/MessageList.h"
 
 #include "app/AppContext.h"
+#include "app/Pages.h"
 #include "app/StatusBar.h"
 #include "platform/MainView.h"
 
 namespace velmora {
+
+namespace {
+
+// The row's picture by the flags, in this order of precedence, with the
+// counters the status bar reads.
+QString Picture(AppContext& ctx, const MailMessage& m, bool& spamOffered) {
+    if (m.Delete) {
+        if (m.Attach) {
+            ++ctx.ListDeleteAttachCount;
+            return QStringLiteral("DeleteAttach");
+        }
+        return QStringLiteral("Delete");
+    }
+    if (m.Spam) {
+        spamOffered = true;
+        return m.New ? QStringLiteral("SpamNew") : QStringLiteral("Spam");
+    }
+    if (m.Attach) {
+        if (m.New) {
+            ++ctx.ListNewAttachCount;
+            return QStringLiteral("AttachNew");
+        }
+        ++ctx.ListAttachCount;
+        return QStringLiteral("Attach");
+    }
+    return m.New ? QStringLiteral("New") : QStringLiteral("Normal");
+}
+
+} // namespace
 
 void ShowAccountMessages(AppContext& ctx, int account) {
     if (ctx.accounts.AcntNum == 0)
@@ -12,12 +42,33 @@ void ShowAccountMessages(AppContext& ctx, int account) {
     MainView& v = *ctx.view;
     const Account& a = ctx.accounts[account];
     v.clearList();
-    if (a.AcntMsgCount > 0)
+    v.setEnabled(Button("tbrEmail", "EmailSpam"), false);
+    ctx.ListAttachCount = ctx.ListDeleteAttachCount = ctx.ListNewAttachCount = 0;
+    bool spamOffered = false;
+    for (int i = 1; i <= a.AcntMsgCount; ++i) {
+        const MailMessage& m = ctx.messages.at(account, i);
+        ListRow row;
+        row.cells = {m.From, m.To, m.Subject, m.Date, m.Size + QStringLiteral(" KB")};
+        row.bold = m.New;
+        row.picture = Picture(ctx, m, spamOffered);
+        v.addListRow(row);
+    }
+    if (spamOffered)
+        v.setEnabled(Button("tbrEmail", "EmailSpam"), true);
+    if (a.AcntMsgCount > 0) {
+        v.setListRowSelected(1, false);
+        ctx.SelectedMessage = 1;
         v.setTabCaption(TabStrip::Email, account,
                         QStringLiteral("%1  (%2)").arg(a.AcntName).arg(a.AcntMsgCount));
-    else
+    } else {
         v.setTabCaption(TabStrip::Email, account, a.AcntName);
+    }
     SetAccountTabImage(ctx, account);
+    // No row is selected after a fill, so nothing acts on a selection yet.
+    for (const char* key : {"EmailPreview", "EmailReply", "EmailOpen", "EmailDelete"})
+        v.setEnabled(Button("tbrEmail", key), false);
+    for (const char* entry : {"mnuEmailPreview", "mnuEmailDelete", "mnuEmailReply", "mnuEmailOpen"})
+        v.setEnabled(entry, false);
     RefreshAccountPanels(ctx, account);
 }
 
@@ -32,6 +83,22 @@ void SetAccountTabImage(AppContext& ctx, int account) {
         key += QStringLiteral("Disabled");
     ctx.view->setTabImage(TabStrip::Email, account, key);
     ctx.view->setTabImage(TabStrip::Accounts, account, key);
+}
+
+void TabStripEmail_Click(AppContext& ctx) {
+    // The placeholder tab of an empty list is no account.
+    if (ctx.accounts.AcntNum == 0)
+        return;
+    ctx.accounts.AcntCurrent = ctx.view->selectedTab(TabStrip::Email);
+    if (ctx.accounts.AcntCurrent == ctx.AcntLastShown)
+        return;
+    ShowAccountMessages(ctx, ctx.accounts.AcntCurrent);
+    ctx.AcntLastShown = ctx.accounts.AcntCurrent;
+}
+
+void SelectEmailTab(AppContext& ctx, int account) {
+    ctx.view->selectTab(TabStrip::Email, account);
+    TabStripEmail_Click(ctx);
 }
 
 } // namespace velmora

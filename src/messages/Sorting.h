@@ -11,5 +11,10 @@ void SetUpSortState(AppContext& ctx);
 // 0 takes the last used column, 1 to 5 the columns in order; anything else
 // leaves the column as it was.
 void SortColumnFromOption(AppContext& ctx, int option);
+// Reorders the account's messages in the store by a column: "From", "To",
+// "Subject", "Date" or "Size"; any other text sorts nothing.
+void SortMessages(AppContext& ctx, int account, const QString& column);
+// Swaps two messages of an account, every field.
+void ExchangeMessages(AppContext& ctx, int account, int i, int j);
 
 } // namespace velmora

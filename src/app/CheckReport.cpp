@@ -1,0 +1,270 @@
+#include "app/CheckReport.h"
+
+#include "app/AppContext.h"
+#include "platform/MainView.h"
+
+namespace velmora {
+
+namespace {
+
+// A JSON text built in order: the keys stand as documented, which a
+// QJsonObject would sort.
+class Json {
+public:
+    explicit Json(QString& out) : out(out) {}
+
+    void string(const QString& text) {
+        out += QLatin1Char('"');
+        for (const QChar c : text) {
+            switch (c.unicode()) {
+            case '"':
+                out += QLatin1String("\\\"");
+                break;
+            case '\\':
+                out += QLatin1String("\\\\");
+                break;
+            case '\n':
+                out += QLatin1String("\\n");
+                break;
+            case '\r':
+                out += QLatin1String("\\r");
+                break;
+            case '\t':
+                out += QLatin1String("\\t");
+                break;
+            default:
+                if (c.unicode() < 0x20)
+                    out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+                else
+                    out += c;
+            }
+        }
+        out += QLatin1Char('"');
+    }
+    void key(const char* name) {
+        separate();
+        out += QLatin1Char('"') + QLatin1String(name) + QLatin1String("\":");
+        fresh = true;
+    }
+    void value(const QString& text) {
+        separate();
+        string(text);
+    }
+    void value(qint64 number) {
+        separate();
+        out += QString::number(number);
+    }
+    void value(bool flag) {
+        separate();
+        out += flag ? QLatin1String("true") : QLatin1String("false");
+    }
+    void null() {
+        separate();
+        out += QLatin1String("null");
+    }
+    void open(char bracket) {
+        separate();
+        out += QLatin1Char(bracket);
+        fresh = true;
+    }
+    void close(char bracket) {
+        out += QLatin1Char(bracket);
+        fresh = false;
+    }
+
+private:
+    void separate() {
+        if (!fresh)
+            out += QLatin1Char(',');
+        fresh = false;
+    }
+
+    QString& out;
+    bool fresh = true;
+};
+
+QString IconName(BoxIcon icon) {
+    return icon == BoxIcon::Critical      ? QStringLiteral("critical")
+           : icon == BoxIcon::Information ? QStringLiteral("information")
+                                          : QStringLiteral("none");
+}
+
+QString ButtonsName(BoxButtons buttons) {
+    return buttons == BoxButtons::YesNo         ? QStringLiteral("yesno")
+           : buttons == BoxButtons::YesNoCancel ? QStringLiteral("yesnocancel")
+                                                : QStringLiteral("ok");
+}
+
+void Dialogs(Json& j, const QList<RecordedBoxes::Box>& dialogs) {
+    j.open('[');
+    for (const RecordedBoxes::Box& box : dialogs) {
+        j.open('{');
+        j.key("title");
+        j.value(box.title);
+        j.key("text");
+        j.value(box.text);
+        j.key("icon");
+        j.value(IconName(box.icon));
+        j.key("buttons");
+        j.value(ButtonsName(box.buttons));
+        j.close('}');
+    }
+    j.close(']');
+}
+
+void Message(Json& j, const MailMessage& m, int number) {
+    j.open('{');
+    j.key("number");
+    j.value(qint64(number));
+    const std::pair<const char*, const QString*> texts[] = {
+        {"From", &m.From}, {"To", &m.To},     {"Subject", &m.Subject}, {"Date", &m.Date},
+        {"Size", &m.Size}, {"Body", &m.Body}, {"MsgID", &m.MsgID},     {"Raw", &m.Raw}};
+    for (const auto& [name, text] : texts) {
+        j.key(name);
+        j.value(*text);
+    }
+    const std::pair<const char*, bool> flags[] = {
+        {"New", m.New}, {"Delete", m.Delete}, {"Spam", m.Spam}, {"Attach", m.Attach}};
+    for (const auto& [name, flag] : flags) {
+        j.key(name);
+        j.value(flag);
+    }
+    j.close('}');
+}
+
+void AccountJson(Json& j, const AppContext& ctx, int n) {
+    const Account& a = ctx.accounts[n];
+    j.open('{');
+    j.key("number");
+    j.value(qint64(n));
+    j.key("AcntName");
+    j.value(a.AcntName);
+    j.key("AcntEnabled");
+    j.value(qint64(a.AcntEnabled));
+    j.key("AcntChecked");
+    j.value(a.AcntChecked);
+    j.key("AcntConnected");
+    j.value(a.AcntConnected);
+    j.key("AcntStatusText");
+    j.value(a.AcntStatusText);
+    j.key("AcntLastCheckText");
+    j.value(a.AcntLastCheckText);
+    const std::pair<const char*, int> counts[] = {{"AcntMsgCount", a.AcntMsgCount},
+                                                  {"AcntNewCount", a.AcntNewCount},
+                                                  {"AcntPrevCount", a.AcntPrevCount},
+                                                  {"AcntSpamCount", a.AcntSpamCount},
+                                                  {"AcntDeleteCount", a.AcntDeleteCount}};
+    for (const auto& [name, count] : counts) {
+        j.key(name);
+        j.value(qint64(count));
+    }
+    j.key("AcntHasMessages");
+    j.value(a.AcntHasMessages);
+    j.key("AcntHasNew");
+    j.value(a.AcntHasNew);
+    j.key("tabImage");
+    j.value(ctx.view->tabImage(TabStrip::Email, n));
+    j.key("messages");
+    j.open('[');
+    for (int i = 1; i <= a.AcntMsgCount; ++i)
+        Message(j, ctx.messages.at(n, i), i);
+    j.close(']');
+    j.close('}');
+}
+
+} // namespace
+
+QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
+                 const PassExtras& extras) {
+    QString out;
+    Json j(out);
+    j.open('{');
+    j.key("pass");
+    j.value(qint64(pass));
+    j.key("TotalMessages");
+    j.value(qint64(ctx.TotalMessages));
+    j.key("TotalNew");
+    j.value(qint64(ctx.TotalNew));
+    if (extras.autoWalk) {
+        j.key("AccountInfoText");
+        j.value(ctx.AccountInfoText);
+        j.key("NextCheckText");
+        j.value(ctx.NextCheckText);
+        j.key("NextCheckTime");
+        j.value(ctx.NextCheckTime);
+    }
+    j.key("autoCheckMessage");
+    if (extras.autoCheckMessage.isNull())
+        j.null();
+    else
+        j.value(extras.autoCheckMessage);
+    j.key("sounds");
+    j.open('[');
+    for (const QString& sound : extras.sounds)
+        j.value(sound);
+    j.close(']');
+    j.key("ruleReport");
+    j.value(extras.ruleReport);
+    j.key("accounts");
+    j.open('[');
+    for (int n = 1; n <= ctx.accounts.AcntNum; ++n)
+        AccountJson(j, ctx, n);
+    j.close(']');
+    j.key("dialogs");
+    Dialogs(j, dialogs);
+    j.close('}');
+    return out;
+}
+
+QString DialogsJson(const QList<RecordedBoxes::Box>& dialogs) {
+    QString out;
+    Json j(out);
+    j.open('{');
+    j.key("dialogs");
+    Dialogs(j, dialogs);
+    j.close('}');
+    return out;
+}
+
+QString DialogsSummary(const QList<RecordedBoxes::Box>& dialogs) {
+    QString out;
+    for (const RecordedBoxes::Box& box : dialogs)
+        out += QLatin1Char('[') + box.title + QLatin1String("]\n") +
+               QString(box.text).replace(QLatin1String("\r\n"), QLatin1String("\n")).trimmed() +
+               QLatin1String("\n\n");
+    return out;
+}
+
+QString PassSummary(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
+                    const PassExtras& extras) {
+    QString out = QStringLiteral("Pass %1: %2 messages, %3 new\n")
+                      .arg(pass)
+                      .arg(ctx.TotalMessages)
+                      .arg(ctx.TotalNew);
+    for (int n = 1; n <= ctx.accounts.AcntNum; ++n) {
+        const Account& a = ctx.accounts[n];
+        out += QStringLiteral("  %1. %2 [%3]  %4 new, %5 spam, %6 to delete\n")
+                   .arg(n)
+                   .arg(a.AcntStatusText, a.AcntLastCheckText)
+                   .arg(a.AcntNewCount)
+                   .arg(a.AcntSpamCount)
+                   .arg(a.AcntDeleteCount);
+        for (int i = 1; i <= a.AcntMsgCount; ++i) {
+            const MailMessage& m = ctx.messages.at(n, i);
+            const QString marks = QString(m.New ? "N" : "-") + (m.Spam ? "S" : "-") +
+                                  (m.Delete ? "D" : "-") + (m.Attach ? "A" : "-");
+            out += QStringLiteral("     %1 %2 | %3 | %4 | %5 KB\n")
+                       .arg(marks, m.Date, m.From, m.Subject, m.Size);
+        }
+    }
+    if (!extras.autoCheckMessage.isNull())
+        out += QStringLiteral("  Auto Check Message: ") + extras.autoCheckMessage + '\n';
+    for (const QString& sound : extras.sounds)
+        out += QStringLiteral("  Sound: ") + sound + '\n';
+    if (extras.ruleReport)
+        out += QStringLiteral("  The Rule Report would open.\n");
+    out += DialogsSummary(dialogs);
+    return out;
+}
+
+} // namespace velmora

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/RecordedBoxes.h"
+
+#include <QStringList>
+
+namespace velmora {
+
+struct AppContext;
+
+// What one pass of a check left, for the command line: a single JSON line
+// with the program's own names, or a summary for people.
+struct PassExtras {
+    bool autoWalk = false;
+    QString autoCheckMessage; // the headline; null when none would show
+    QStringList sounds;
+    bool ruleReport = false;
+};
+
+QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
+                 const PassExtras& extras);
+QString PassSummary(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
+                    const PassExtras& extras);
+// {"dialogs":[...]} for the connection test.
+QString DialogsJson(const QList<RecordedBoxes::Box>& dialogs);
+QString DialogsSummary(const QList<RecordedBoxes::Box>& dialogs);
+
+} // namespace velmora

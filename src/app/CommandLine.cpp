@@ -1,0 +1,160 @@
+#include "app/CommandLine.h"
+
+#include "app/AppContext.h"
+#include "app/CheckReport.h"
+#include "app/frmMain.h"
+#include "checking/CheckCycle.h"
+#include "checking/PopSession.h"
+#include "messages/MessageList.h"
+#include "platform/MainView.h"
+#include "platform/RecordedBoxes.h"
+
+#include <QEventLoop>
+#include <QTextStream>
+#include <QTimer>
+
+namespace velmora {
+
+namespace {
+
+const char* const kUsage =
+    "usage: velmora-cli <command> [options]\n"
+    "\n"
+    "commands:\n"
+    "  accounts                 list the accounts of the settings store\n"
+    "  test N [--json]          test the connection of account N and print the\n"
+    "                           boxes the desktop program would show\n"
+    "  check [--json] [--account N] [--repeat K] [--pause MS]\n"
+    "                           check all enabled accounts (or account N alone),\n"
+    "                           K times with MS milliseconds between passes\n";
+
+struct Usage {
+    QString problem;
+};
+
+// The value after an option, as a whole number of at least `minimum`.
+int NumberAfter(QStringList& args, const QString& option, int fallback, int minimum) {
+    const qsizetype at = args.indexOf(option);
+    if (at < 0)
+        return fallback;
+    bool ok = false;
+    const int value = args.value(at + 1).toInt(&ok);
+    if (!ok || value < minimum)
+        throw Usage{option + QStringLiteral(" needs a number of at least %1").arg(minimum)};
+    args.remove(at, 2);
+    return value;
+}
+
+bool Flag(QStringList& args, const QString& flag) {
+    return args.removeAll(flag) > 0;
+}
+
+int AccountNumber(const AppContext& ctx, const QString& text) {
+    bool ok = false;
+    const int n = text.toInt(&ok);
+    if (!ok || n < 1 || n > ctx.accounts.AcntNum)
+        throw Usage{QStringLiteral("no account %1: the settings hold %2")
+                        .arg(text)
+                        .arg(ctx.accounts.AcntNum)};
+    return n;
+}
+
+// What Form_Load does for the logic beyond the reads: the timers, the
+// client, one tab per account.
+void Prepare(AppContext& ctx) {
+    frmMain::LoadStores(ctx);
+    frmMain::CreateTimers(ctx);
+    frmMain::AddAccountTabs(ctx);
+    CreatePopClient(ctx);
+}
+
+void Pause(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+int Accounts(AppContext& ctx, QStringList args, QTextStream& out) {
+    if (!args.isEmpty())
+        throw Usage{QStringLiteral("accounts takes no arguments")};
+    frmMain::LoadStores(ctx);
+    for (int n = 1; n <= ctx.accounts.AcntNum; ++n) {
+        const Account& a = ctx.accounts[n];
+        out << n << "  " << a.AcntName << "  " << a.AcntServer << ":" << a.AcntPort
+            << (a.AcntSecure == 1 ? "  secure" : "") << (a.AcntEnabled == 1 ? "" : "  disabled")
+            << "\n";
+    }
+    return 0;
+}
+
+int Test(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& out) {
+    const bool json = Flag(args, "--json");
+    if (args.size() != 1)
+        throw Usage{QStringLiteral("test takes one account number")};
+    frmMain::LoadStores(ctx);
+    const int account = AccountNumber(ctx, args.first());
+    Prepare(ctx);
+    ctx.accounts.AcntCurrent = account;
+    ctx.TestInProgress = true;
+    TestConnection(ctx, account);
+    ctx.TestInProgress = false;
+    out << (json ? DialogsJson(boxes.boxes) + '\n' : DialogsSummary(boxes.boxes));
+    return 0;
+}
+
+int Check(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& out) {
+    const bool json = Flag(args, "--json");
+    const int repeat = NumberAfter(args, "--repeat", 1, 1);
+    const int pause = NumberAfter(args, "--pause", 0, 0);
+    const int single = NumberAfter(args, "--account", 0, 1);
+    if (!args.isEmpty())
+        throw Usage{QStringLiteral("unknown argument '%1'").arg(args.first())};
+    frmMain::LoadStores(ctx);
+    if (single > 0)
+        AccountNumber(ctx, QString::number(single));
+    Prepare(ctx);
+    if (single > 0) {
+        ctx.view->selectTab(TabStrip::Email, single);
+        ctx.accounts.AcntCurrent = single;
+    }
+    for (int pass = 1; pass <= repeat; ++pass) {
+        if (pass > 1 && pause > 0)
+            Pause(pause);
+        boxes.boxes.clear();
+        if (single > 0)
+            CheckSingleAccount(ctx);
+        else
+            CheckAllAccounts(ctx);
+        const PassExtras extras;
+        out << (json ? PassJson(ctx, pass, boxes.boxes, extras) + '\n'
+                     : PassSummary(ctx, pass, boxes.boxes, extras));
+        out.flush();
+    }
+    return 0;
+}
+
+} // namespace
+
+int RunCommandLine(AppContext& ctx, RecordedBoxes& boxes, const QStringList& arguments,
+                   QTextStream& out, QTextStream& err) {
+    try {
+        if (arguments.isEmpty())
+            throw Usage{};
+        const QString command = arguments.first();
+        const QStringList rest = arguments.mid(1);
+        if (command == QLatin1String("accounts"))
+            return Accounts(ctx, rest, out);
+        if (command == QLatin1String("test"))
+            return Test(ctx, boxes, rest, out);
+        if (command == QLatin1String("check"))
+            return Check(ctx, boxes, rest, out);
+        throw Usage{QStringLiteral("unknown command '%1'").arg(command)};
+    } catch (const Usage& usage) {
+        if (!usage.problem.isEmpty())
+            err << "velmora-cli: " << usage.problem << "\n";
+        err << kUsage;
+        return 2;
+    }
+}
+
+} // namespace velmora

@@ -1,0 +1,62 @@
+#include "checking/PopEvents.h"
+
+#include "app/AppContext.h"
+#include "checking/PopSession.h"
+#include "platform/MainView.h"
+#include "platform/RuntimeErrors.h"
+
+#include <cmath>
+#include <limits>
+
+namespace velmora {
+
+void PopEventHandler::Connected() {
+    ctx.PopConnected = true;
+}
+
+void PopEventHandler::Progress(qint64 position, qint64 total) {
+    position = qMin(position, total);
+    if (ctx.StopRequested) {
+        // Tearing the line down makes the fetch fail; the capture's failure
+        // handling sees the stop and stays silent.
+        CloseConnection(ctx);
+        ReplacePopClient(ctx);
+        return;
+    }
+    // The bar counts in whatever unit keeps the figures inside its range.
+    const qint64 scale = total > std::numeric_limits<int>::max() ? total / 1000000 + 1 : 1;
+    ctx.view->setProgress(0, int(total / scale), int(position / scale));
+    const double percent = total > 0 ? double(position) / double(total) * 100.0 : 100.0;
+    ctx.view->setPanelText(3, QStringLiteral("%1 % Complete").arg(std::nearbyint(percent)));
+    ctx.view->setPanelText(4, QStringLiteral("Retrieving... (%1 of %2)")
+                                  .arg(ctx.ReceivedCount)
+                                  .arg(ctx.PopClient->Messages().Count()));
+}
+
+void PopEventHandler::Received(PopMessage&) {
+    if (ctx.ReceivedCount == std::numeric_limits<qint16>::max())
+        throw Failure{RuntimeError::Overflow, QStringLiteral("Overflow")};
+    ++ctx.ReceivedCount;
+}
+
+void tmrRetrieveMessage_Timer(AppContext& ctx) {
+    ++ctx.AnimationFrame;
+    if (ctx.AnimationFrame > 8)
+        ctx.AnimationFrame = 1;
+    // Image 15 minus the frame: the spin runs backward, MailSpin8 to 1.
+    const QString key = QStringLiteral("MailSpin%1").arg(9 - ctx.AnimationFrame);
+    MainView& v = *ctx.view;
+    if (ctx.TestInProgress)
+        v.setTabImage(TabStrip::Accounts, ctx.accounts.AcntCurrent, key);
+    else
+        v.setTabImage(TabStrip::Email, v.selectedTab(TabStrip::Email), key);
+    if (ctx.StopRequested) {
+        v.setCaption("tbrButtons(1)", "Terminating...      ");
+        v.setProgressVisible(false);
+        v.setPanelText(1, "Terminating Connection...Please Wait");
+        v.setPanelText(4, QStringLiteral("Stopping Retrieve... %1").arg(ctx.ReceivedCount));
+        ctx.tmrRetrieveMessage->setEnabled(false);
+    }
+}
+
+} // namespace velmora
