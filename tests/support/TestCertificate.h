@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+
+namespace velmora {
+
+// Certificates for the test servers, made with openssl in a folder the test
+// owns: a CA with a server certificate for localhost and 127.0.0.1 signed by
+// it, and a self-signed certificate that no CA vouches for.
+class TestCertificate {
+public:
+    // Makes all files in `folder`; ok() tells whether openssl succeeded.
+    explicit TestCertificate(const QString& folder);
+
+    bool ok() const { return made; }
+    // What went wrong, for a test's failure message.
+    QString error() const { return problem; }
+
+    QString caFile() const { return dir + "/ca.pem"; }
+    QString certFile() const { return dir + "/server.pem"; }
+    QString keyFile() const { return dir + "/server.key"; }
+    QString untrustedCertFile() const { return dir + "/untrusted.pem"; }
+    QString untrustedKeyFile() const { return dir + "/untrusted.key"; }
+
+private:
+    bool run(const QStringList& arguments);
+
+    QString dir;
+    bool made = false;
+    QString problem;
+};
+
+} // namespace velmora
