@@ -6,6 +6,8 @@
 #include "platform/PopClient.h"
 #include "platform/Services.h"
 #include "platform/Timer.h"
+#include "rules/RuleCheck.h"
+#include "rules/Rules.h"
 
 #include <QDateTime>
 #include <QStringList>
@@ -40,6 +42,13 @@ struct AppContext {
     AccountStore accounts;
     Options options;
     MessageStore messages;
+    RuleSet LiveRules;
+    RuleSet WorkingRules;
+    // The rule shown on the Rules page; 0 with no rules.
+    int CurrentRule = 0;
+    // The profile file callers last named; a new IniFile starts on it.
+    QString ProfilePath;
+    RuleParseCache RuleCache;
 
     // The POP client and its events. A client dropped by a stop is kept
     // until the next connection, as it may still be on the call stack.

@@ -5,6 +5,7 @@
 #include "platform/RecordedBoxes.h"
 #include "platform/StateView.h"
 #include "platform/qt/GuardedTimer.h"
+#include "platform/qt/IniProfileFiles.h"
 #include "platform/qt/LocalFiles.h"
 #include "platform/qt/QtEventPump.h"
 #include "platform/qt/QtPopClient.h"
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
     QtEventPump pump;
     LocalFiles files(LocalFiles::DataFolderBeside(QCoreApplication::applicationDirPath()));
     QtPopClientFactory pop;
+    IniProfileFiles profiles;
     StateView view;
 
     Services services;
@@ -37,6 +39,7 @@ int main(int argc, char** argv) {
     services.events = &pump;
     services.files = &files;
     services.pop = &pop;
+    services.profiles = &profiles;
 
     AppContext ctx(services);
     ctx.view = &view;

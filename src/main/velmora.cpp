@@ -3,6 +3,7 @@
 #include "app/Main.h"
 #include "app/frmMainEvents.h"
 #include "platform/qt/GuardedTimer.h"
+#include "platform/qt/IniProfileFiles.h"
 #include "platform/qt/LocalFiles.h"
 #include "platform/qt/LockFileInstanceGuard.h"
 #include "platform/qt/QtEventPump.h"
@@ -32,6 +33,7 @@ int main(int argc, char** argv) {
     LocalFiles files(LocalFiles::DataFolderBeside(QApplication::applicationDirPath()));
     LockFileInstanceGuard instance;
     QtPopClientFactory pop;
+    IniProfileFiles profiles;
 
     Services services;
     services.settings = &settings;
@@ -43,6 +45,7 @@ int main(int argc, char** argv) {
     services.files = &files;
     services.instance = &instance;
     services.pop = &pop;
+    services.profiles = &profiles;
 
     AppContext ctx(services);
     MainWindow window;

@@ -13,6 +13,8 @@ public:
     virtual bool FileExists(const QString& path) = 0;
     // Removes a file; failures, a missing file included, are ignored.
     virtual void RemoveFile(const QString& path) = 0;
+    // Renames a file over another in one step; false when it could not.
+    virtual bool MoveFileOver(const QString& from, const QString& to) = 0;
 
     // The per-user folder for the Rules files and the menu style file,
     // created when first asked for. No trailing separator.

@@ -13,6 +13,7 @@ class InstanceGuard;
 class MessageBoxes;
 class PopClientFactory;
 class Printer;
+class ProfileFiles;
 class SettingsStore;
 class Shell;
 class SoundPlayer;
@@ -36,6 +37,7 @@ struct Services {
     Shell* shell = nullptr;
     FileDialogs* dialogs = nullptr;
     Printer* printer = nullptr;
+    ProfileFiles* profiles = nullptr;
     // Month names and the general date form follow it.
     QLocale locale = QLocale::system();
 };

@@ -2,8 +2,11 @@
 
 #include "platform/Files.h"
 
+#include <QFile>
 #include <QSet>
+
 #include <QStringList>
+#include <cstdio>
 
 namespace velmora {
 
@@ -14,13 +17,23 @@ public:
     void RemoveFile(const QString& path) override {
         removed.append(path);
         existing.remove(path);
+        if (path.startsWith(programFolder + '/'))
+            QFile::remove(path);
     }
-    QString ProgramFolder() override { return "/program"; }
+    // Moves for real, so that files written by the logic end where it says.
+    bool MoveFileOver(const QString& from, const QString& to) override {
+        moved.append(from + " -> " + to);
+        return std::rename(QFile::encodeName(from).constData(),
+                           QFile::encodeName(to).constData()) == 0;
+    }
+    QString ProgramFolder() override { return programFolder; }
     QString InstallDataFolder() override { return "/install"; }
     QString TempFolder() override { return "/temp"; }
 
     QSet<QString> existing;
     QStringList removed;
+    QStringList moved;
+    QString programFolder = "/program";
 };
 
 } // namespace velmora

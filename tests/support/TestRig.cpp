@@ -14,6 +14,8 @@ TestRig::TestRig() {
     services.autoStart = &autoStart;
     services.files = &files;
     services.instance = &instance;
+    services.pop = &pop;
+    services.profiles = &profiles;
     services.locale = QLocale::c();
     ctx = std::make_unique<AppContext>(services);
     ctx->view = &view;
@@ -27,7 +29,7 @@ void TestRig::addAccount(int n, const QString& name, bool enabled) {
     const QString s = QStringLiteral("Settings\\");
     settings.set(s + "AcntName" + QString::number(n), name);
     settings.set(s + "AcntEnabled" + QString::number(n), enabled ? "1" : "0");
-    settings.set(s + "AcntServer" + QString::number(n), "pop.example.com");
+    settings.set(s + "AcntServer" + QString::number(n), name + ".example");
     if (n > settings.get(s + "AcntNum").toInt())
         settings.set(s + "AcntNum", QString::number(n));
 }

@@ -3,10 +3,12 @@
 #include "app/AppContext.h"
 #include "platform/RecordedBoxes.h"
 #include "platform/StateView.h"
+#include "platform/qt/IniProfileFiles.h"
 #include "support/CountingEventPump.h"
 #include "support/FakeAutoStart.h"
 #include "support/FakeFiles.h"
 #include "support/FakeInstanceGuard.h"
+#include "support/FakePopServer.h"
 #include "support/FakeSettingsStore.h"
 #include "support/ManualTimer.h"
 #include "support/SettableClock.h"
@@ -31,11 +33,16 @@ struct TestRig {
     FakeAutoStart autoStart;
     FakeFiles files;
     FakeInstanceGuard instance;
+    FakePopServer server;
+    FakePopClientFactory pop{server};
+    IniProfileFiles profiles;
     StateView view;
     std::unique_ptr<AppContext> ctx;
 
-    // Writes account n's twelve keys as the Accounts page would.
+    // Writes account n's keys as the Accounts page would; its server is a
+    // mailbox of `server` named after the account.
     void addAccount(int n, const QString& name, bool enabled = true);
+    FakeMailbox& mailbox(const QString& account) { return server.host(account + ".example"); }
 };
 
 } // namespace velmora

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <cstdio>
 #include <unistd.h>
 
 namespace velmora {
@@ -21,6 +22,10 @@ bool LocalFiles::FileExists(const QString& path) {
 
 void LocalFiles::RemoveFile(const QString& path) {
     QFile::remove(path);
+}
+
+bool LocalFiles::MoveFileOver(const QString& from, const QString& to) {
+    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
 QString LocalFiles::ProgramFolder() {

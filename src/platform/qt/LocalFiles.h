@@ -18,6 +18,7 @@ public:
 
     bool FileExists(const QString& path) override;
     void RemoveFile(const QString& path) override;
+    bool MoveFileOver(const QString& from, const QString& to) override;
     QString ProgramFolder() override;
     QString InstallDataFolder() override { return installData; }
     QString TempFolder() override;

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+namespace velmora {
+
+// The three profile operations over "[Section]" and "Key=Value" text files.
+// Sections and keys match without regard to case. Reads fill a buffer of
+// `size` characters as a fixed-size buffer would be filled, and return how
+// many characters were copied.
+class ProfileFiles {
+public:
+    virtual ~ProfileFiles() = default;
+
+    // Every line of the section, each ended by a NUL, and one more NUL after
+    // the last; 0 when the section or the file is missing.
+    virtual int GetPrivateProfileSection(const QString& section, QString& buffer, int size,
+                                         const QString& file) = 0;
+    // The key's value without blanks at either end, or the default.
+    virtual int GetPrivateProfileString(const QString& section, const QString& key,
+                                        const QString& defaultValue, QString& buffer, int size,
+                                        const QString& file) = 0;
+    // Creates file, section and key as needed and replaces the value; every
+    // other line stays as it was. False when the file could not be written,
+    // which then stays as it was.
+    virtual bool WritePrivateProfileString(const QString& section, const QString& key,
+                                           const QString& value, const QString& file) = 0;
+};
+
+} // namespace velmora
