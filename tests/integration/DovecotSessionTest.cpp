@@ -1,0 +1,230 @@
+#include "app/CommandLine.h"
+#include "checking/CheckCycle.h"
+#include "checking/PopSession.h"
+#include "platform/qt/QtPopClient.h"
+#include "support/DovecotFixture.h"
+#include "support/SandboxEnvironment.h"
+#include "support/TestRig.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+using namespace velmora;
+
+// Our client and the logic above it against a real Dovecot, plain and TLS.
+class DovecotSessionTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void connectionTest_data();
+    void connectionTest();
+    void checkBringsEveryMessage();
+    void commandLineTestAndCheck();
+    void mailboxShrinksAndGrowsBetweenChecks();
+    void missingServerFailsLoudly();
+
+private:
+    std::unique_ptr<TestRig> rig(quint16 port, bool secure, const QByteArray& password = "secret");
+    static QByteArray message(int n, qint64 bodyBytes = 200);
+
+    std::unique_ptr<SandboxEnvironment> sandbox;
+    DovecotFixture dovecot;
+    QtPopClientFactory pop;
+};
+
+QByteArray DovecotSessionTest::message(int n, qint64 bodyBytes) {
+    QByteArray m = "From: \"Smith & Jones\" <sj@example.com>\r\n"
+                   "To: me@example.com\r\n"
+                   "Subject: =?UTF-8?Q?Gr=C3=BC=C3=9Fe?= " +
+                   QByteArray::number(n) +
+                   "\r\n"
+                   "Date: Sat, 21 Nov 2026 09:15:00 +0000\r\n"
+                   "Message-ID: <" +
+                   QByteArray::number(n) + "@example.com>\r\n\r\n";
+    QByteArray line = ".a line that starts with a dot, then text to fill it out to a width\r\n";
+    while (m.size() < bodyBytes)
+        m += line;
+    return m;
+}
+
+void DovecotSessionTest::initTestCase() {
+    sandbox = std::make_unique<SandboxEnvironment>();
+    QList<QByteArray> mail;
+    for (int n = 1; n <= 3; ++n)
+        mail.append(message(n));
+    mail.append(message(4, 5 * 1024 * 1024));
+    QVERIFY2(dovecot.start({{"user", "secret", mail}, {"empty", "secret", {}}}),
+             qPrintable(dovecot.error()));
+    qputenv("VELMORA_CA_FILE", dovecot.caFile().toUtf8());
+}
+
+std::unique_ptr<TestRig> DovecotSessionTest::rig(quint16 port, bool secure,
+                                                 const QByteArray& password) {
+    auto r = std::make_unique<TestRig>();
+    const QString s = "Settings\\";
+    r->addAccount(1, "Home");
+    r->settings.set(s + "AcntServer1", "127.0.0.1");
+    r->settings.set(s + "AcntPort1", QString::number(port));
+    r->settings.set(s + "AcntSecure1", secure ? "1" : "0");
+    r->settings.set(s + "AcntLoginID1", "user");
+    r->settings.set(s + "AcntPassword1", QString::fromUtf8(password));
+    r->settings.set(s + "Options\\ConnectTimeOut", "5");
+    r->ctx->svc.pop = &pop;
+    r->start();
+    return r;
+}
+
+void DovecotSessionTest::connectionTest_data() {
+    QTest::addColumn<bool>("tlsPort");
+    QTest::addColumn<bool>("secure");
+    QTest::addColumn<QByteArray>("password");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("numberLine");
+    QTest::newRow("plain") << false << false << QByteArray("secret")
+                           << "Velmora - Test Connection Successfull"
+                           << "";
+    QTest::newRow("tls") << true << true << QByteArray("secret")
+                         << "Velmora - Test Connection Successfull"
+                         << "";
+    QTest::newRow("wrong password")
+        << false << false << QByteArray("wrong") << "Velmora - Test Connection Failure"
+        << "30007 - ";
+    QTest::newRow("security on the plain port")
+        << false << true << QByteArray("secret") << "Velmora - Test Connection Failure"
+        << "60000 - SSL Handshake Error: This may be caused by using SSL on the\r\nwrong Port.";
+    QTest::newRow("plain on the TLS port")
+        << true << false << QByteArray("secret") << "Velmora - Test Connection Failure"
+        << "100";
+}
+
+void DovecotSessionTest::connectionTest() {
+    QFETCH(bool, tlsPort);
+    QFETCH(bool, secure);
+    QFETCH(QByteArray, password);
+    QFETCH(QString, title);
+    QFETCH(QString, numberLine);
+    auto r = rig(tlsPort ? dovecot.tlsPort() : dovecot.plainPort(), secure, password);
+    TestAccountConnection(*r->ctx);
+    QCOMPARE(r->boxes.boxes.size(), 1);
+    const RecordedBoxes::Box& box = r->boxes.boxes[0];
+    QCOMPARE(box.title, title);
+    if (numberLine.isEmpty())
+        QVERIFY(box.text.startsWith("The Connection Succeeded.\r\n"));
+    else
+        QVERIFY2(box.text.contains("Error Message:\r\n" + numberLine), qPrintable(box.text));
+    QVERIFY(!r->ctx->TestInProgress);
+    QVERIFY(r->view.isEnabled("fraMainButtons"));
+}
+
+void DovecotSessionTest::checkBringsEveryMessage() {
+    auto r = rig(dovecot.tlsPort(), true);
+    CheckAllAccounts(*r->ctx);
+    QVERIFY2(r->boxes.boxes.isEmpty(), qPrintable(r->boxes.boxes.value(0).text));
+    const Account& a = r->ctx->accounts[1];
+    QCOMPARE(a.AcntMsgCount, 4);
+    QCOMPARE(a.AcntStatusText, QString("Home - 4 Messages"));
+    QCOMPARE(r->view.progressMax, r->view.progressValue);
+    int big = 0;
+    for (int i = 1; i <= 4; ++i) {
+        const MailMessage& m = r->ctx->messages.at(1, i);
+        QCOMPARE(m.From, QString("Smith and Jones <sj@example.com>"));
+        QVERIFY(m.Subject.startsWith(QString::fromUtf8("Grüße ")));
+        QVERIFY(m.Body.startsWith(".a line that starts"));
+        QVERIFY(!m.MsgID.isEmpty());
+        QVERIFY(m.New);
+        if (m.Size.toInt() > 5000)
+            ++big;
+    }
+    QCOMPARE(big, 1);
+
+    // Dovecot's own UIDLs identify the messages: a second pass finds none new.
+    r->ctx->options.QuickCheck = 0;
+    CheckAllAccounts(*r->ctx);
+    QCOMPARE(a.AcntMsgCount, 4);
+    QVERIFY(!a.AcntHasNew);
+}
+
+// The command line, in its own process, on a settings file of its own.
+void DovecotSessionTest::commandLineTestAndCheck() {
+    QSettings file(sandbox->configHome() + "/Kestrum/Velmora.conf", QSettings::IniFormat);
+    file.setValue("Settings/AcntNum", "1");
+    file.setValue("Settings/AcntName1", "Home");
+    file.setValue("Settings/AcntServer1", "127.0.0.1");
+    file.setValue("Settings/AcntPort1", QString::number(dovecot.plainPort()));
+    file.setValue("Settings/AcntLoginID1", "user");
+    file.setValue("Settings/AcntPassword1", "secret");
+    file.sync();
+    const QString cli = qEnvironmentVariable("VELMORA_BIN_DIR") + "/velmora-cli";
+
+    QProcess test;
+    test.start(cli, {"test", "1", "--json"});
+    QVERIFY(test.waitForFinished(30000));
+    QCOMPARE(test.exitCode(), 0);
+    const QJsonObject tested = QJsonDocument::fromJson(test.readAllStandardOutput()).object();
+    const QJsonObject box = tested["dialogs"].toArray().at(0).toObject();
+    QCOMPARE(box["title"].toString(), QString("Velmora - Test Connection Successfull"));
+    QCOMPARE(box["icon"].toString(), QString("information"));
+    QCOMPARE(box["buttons"].toString(), QString("ok"));
+
+    QProcess check;
+    check.start(cli, {"check", "--json", "--repeat", "2"});
+    QVERIFY(check.waitForFinished(60000));
+    QCOMPARE(check.exitCode(), 0);
+    const QList<QByteArray> lines = check.readAllStandardOutput().trimmed().split('\n');
+    QCOMPARE(lines.size(), 2);
+    const QJsonObject second = QJsonDocument::fromJson(lines[1]).object();
+    QCOMPARE(second["pass"].toInt(), 2);
+    const QJsonObject account = second["accounts"].toArray().at(0).toObject();
+    QCOMPARE(account["AcntMsgCount"].toInt(), 4);
+    QCOMPARE(account["tabImage"].toString(), QString("MailYes"));
+    QCOMPARE(account["messages"].toArray().size(), 4);
+    QCOMPARE(account["messages"].toArray().at(0).toObject()["New"].toBool(), false);
+
+    QProcess wrong;
+    wrong.start(cli, {"test", "2"});
+    QVERIFY(wrong.waitForFinished(10000));
+    QCOMPARE(wrong.exitCode(), 2);
+}
+
+// Dovecot keeps its identifiers across sessions, so only real arrivals are
+// new; a shrunk mailbox is not fetched as new mail.
+void DovecotSessionTest::mailboxShrinksAndGrowsBetweenChecks() {
+    DovecotFixture own;
+    QVERIFY2(own.start({{"user", "secret", {message(1), message(2), message(3)}}}),
+             qPrintable(own.error()));
+    auto r = rig(own.plainPort(), false);
+    r->ctx->options.QuickCheck = 0;
+    r->ctx->options.MessageSort = 0;
+    CheckAllAccounts(*r->ctx);
+    const Account& a = r->ctx->accounts[1];
+    QCOMPARE(a.AcntNewCount, 3);
+
+    own.removeMessage("user", 0);
+    CheckAllAccounts(*r->ctx);
+    QCOMPARE(a.AcntMsgCount, 2);
+    QVERIFY(!a.AcntHasNew);
+
+    own.addMessage("user", message(4));
+    own.addMessage("user", message(5));
+    CheckAllAccounts(*r->ctx);
+    QCOMPARE(a.AcntMsgCount, 4);
+    QCOMPARE(a.AcntNewCount, 1); // measured against the highest count so far
+    QVERIFY(r->ctx->messages.at(1, 4).New);
+    QVERIFY(r->boxes.boxes.isEmpty());
+
+    const qint64 pid = own.pid();
+    own.stop();
+    QVERIFY(!QFileInfo::exists(QString("/proc/%1").arg(pid)));
+}
+
+void DovecotSessionTest::missingServerFailsLoudly() {
+    DovecotFixture missing;
+    missing.setProgram("/nonexistent/dovecot");
+    QVERIFY(!missing.start({{"user", "secret", {}}}));
+    QVERIFY(missing.error().contains("not found"));
+}
+
+QTEST_GUILESS_MAIN(DovecotSessionTest)
+#include "DovecotSessionTest.moc"

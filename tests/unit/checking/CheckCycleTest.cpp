@@ -1,0 +1,226 @@
+#include "checking/CheckCycle.h"
+#include "support/TestRig.h"
+
+#include <QtTest>
+
+using namespace velmora;
+
+class CheckCycleTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void failedAccountBetweenTwoGoodOnes();
+    void stopDuringAnAccount_data();
+    void stopDuringAnAccount();
+    void suppressionLists_data();
+    void suppressionLists();
+    void noAccountChecked_data();
+    void noAccountChecked();
+    void singleCheckOfDisabledAccount();
+    void autoCheckCollectsAccountLines();
+    void incompleteReport_data();
+    void incompleteReport();
+
+private:
+    static void fill(FakeMailbox& box, int count) {
+        box.mail.clear();
+        for (int i = 0; i < count; ++i) {
+            FakeMailbox::Mail m;
+            m.uid = QString("m%1").arg(i);
+            box.mail.append(m);
+        }
+    }
+    static std::unique_ptr<TestRig> threeAccounts() {
+        auto rig = std::make_unique<TestRig>();
+        rig->addAccount(1, "Home");
+        rig->addAccount(2, "Work");
+        rig->addAccount(3, "Club");
+        fill(rig->mailbox("Home"), 2);
+        fill(rig->mailbox("Work"), 1);
+        fill(rig->mailbox("Club"), 1);
+        rig->start();
+        return rig;
+    }
+};
+
+void CheckCycleTest::failedAccountBetweenTwoGoodOnes() {
+    auto rig = threeAccounts();
+    rig->mailbox("Work").connectFailure = 10061;
+    rig->ctx->accounts.AcntCurrent = 3;
+    CheckAllAccounts(*rig->ctx);
+    const AccountStore& acc = rig->ctx->accounts;
+    QCOMPARE(acc[1].AcntStatusText, QString("Home - 2 Messages"));
+    QCOMPARE(acc[2].AcntStatusText, QString("Work - Error Accessing Account"));
+    QCOMPARE(acc[3].AcntStatusText, QString("Club - 1 Message"));
+    QCOMPARE(rig->view.tabImage(TabStrip::Email, 2), QString("MailError"));
+    QCOMPARE(rig->view.tabImage(TabStrip::Accounts, 1), QString("MailYes"));
+    QCOMPARE(rig->view.tabs[0][0].caption, QString("Home  (2)"));
+    QCOMPARE(rig->boxes.boxes.size(), 1);
+    QCOMPARE(rig->boxes.boxes[0].title, QString("Velmora - Error Establishing Connection"));
+    // The walk puts the account shown back, and the interface on again.
+    QCOMPARE(acc.AcntCurrent, 3);
+    QCOMPARE(rig->view.selectedTab(TabStrip::Email), 3);
+    QVERIFY(rig->view.isEnabled("fraMainButtons"));
+    QVERIFY(!rig->view.isVisible("tbrButtons(1)"));
+    QCOMPARE(acc[0].AcntLastCheckText, QString("Checked: 10:15 AM on Nov 21/26"));
+}
+
+void CheckCycleTest::stopDuringAnAccount_data() {
+    QTest::addColumn<QString>("stopIn");
+    QTest::addColumn<QStringList>("statuses");
+    QTest::newRow("first") << "Home"
+                           << QStringList{"Home - User Stopped Retrieval", "Work", "Club"};
+    QTest::newRow("last") << "Club"
+                          << QStringList{"Home - 2 Messages", "Work - 1 Message",
+                                         "Club - User Stopped Retrieval"};
+}
+
+void CheckCycleTest::stopDuringAnAccount() {
+    QFETCH(QString, stopIn);
+    QFETCH(QStringList, statuses);
+    auto rig = threeAccounts();
+    AppContext& ctx = *rig->ctx;
+    rig->mailbox(stopIn).duringFetch = [&ctx](int) {
+        ctx.StopRequested = true;
+    };
+    CheckAllAccounts(ctx);
+    for (int n = 1; n <= 3; ++n)
+        QCOMPARE(ctx.accounts[n].AcntStatusText, statuses[n - 1]);
+    const int stopped = int(statuses.indexOf(stopIn + " - User Stopped Retrieval")) + 1;
+    QCOMPARE(rig->view.tabImage(TabStrip::Email, stopped), QString("MailError"));
+    QCOMPARE(ctx.accounts[stopped].AcntMsgCount, 0);
+    // No failure dialog for a stop, and no "No Accounts" either.
+    QVERIFY(rig->boxes.boxes.isEmpty());
+    QVERIFY(!ctx.StopRequested);
+    QVERIFY(ctx.RetiredPopClients.empty() || ctx.PopClient);
+}
+
+void CheckCycleTest::suppressionLists_data() {
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<bool>("atConnect");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<bool>("shown");
+    QTest::newRow("connect: time-out silenced")
+        << "SuppressConnectErrors" << true << 10060 << false;
+    QTest::newRow("connect: host not found silenced")
+        << "SuppressConnectErrors" << true << 11001 << false;
+    QTest::newRow("connect: bad greeting silenced")
+        << "SuppressConnectErrors" << true << 30003 << false;
+    QTest::newRow("connect: rejected login always speaks")
+        << "SuppressConnectErrors" << true << 30007 << true;
+    QTest::newRow("connect: refused is not in the list")
+        << "SuppressConnectErrors" << true << 10061 << true;
+    QTest::newRow("connect: certificate is not in the list")
+        << "SuppressConnectErrors" << true << 60009 << true;
+    QTest::newRow("retrieve: lost silenced") << "SuppressRetrieveErrors" << false << 30013 << false;
+    QTest::newRow("retrieve: RETR refused silenced")
+        << "SuppressRetrieveErrors" << false << 30012 << false;
+    QTest::newRow("retrieve: listing is not in the list")
+        << "SuppressRetrieveErrors" << false << 30011 << true;
+    QTest::newRow("retrieve option leaves connecting alone")
+        << "SuppressRetrieveErrors" << true << 10060 << true;
+}
+
+void CheckCycleTest::suppressionLists() {
+    QFETCH(QString, option);
+    QFETCH(bool, atConnect);
+    QFETCH(int, number);
+    QFETCH(bool, shown);
+    TestRig rig;
+    rig.addAccount(1, "Home");
+    rig.settings.set("Settings\\Options\\" + option, "1");
+    fill(rig.mailbox("Home"), 2);
+    (atConnect ? rig.mailbox("Home").connectFailure : rig.mailbox("Home").fetchFailure) = number;
+    QVERIFY(rig.start());
+    CheckAllAccounts(*rig.ctx);
+    QCOMPARE(rig.boxes.boxes.size(), shown ? 1 : 0);
+    QCOMPARE(rig.ctx->accounts[1].AcntStatusText, QString("Home - Error Accessing Account"));
+}
+
+void CheckCycleTest::noAccountChecked_data() {
+    QTest::addColumn<int>("accounts");
+    QTest::newRow("no accounts") << 0;
+    QTest::newRow("all disabled") << 2;
+}
+
+void CheckCycleTest::noAccountChecked() {
+    QFETCH(int, accounts);
+    TestRig rig;
+    for (int n = 1; n <= accounts; ++n)
+        rig.addAccount(n, QString("A%1").arg(n), false);
+    QVERIFY(rig.start());
+    CheckAllAccounts(*rig.ctx);
+    QCOMPARE(rig.boxes.boxes.size(), 1);
+    const RecordedBoxes::Box& box = rig.boxes.boxes[0];
+    QCOMPARE(box.title, QString("Velmora - No Accounts Checked"));
+    QCOMPARE(box.icon, BoxIcon::Information);
+    QCOMPARE(box.text, QString("No Accounts were checked for messags!          \r\n\r\n"
+                               "Only Enabled Accounts are checked with\r\n"
+                               "the Check All button.\r\n\r\n"
+                               "See the Accounts page.\r\n"));
+}
+
+void CheckCycleTest::singleCheckOfDisabledAccount() {
+    TestRig rig;
+    rig.addAccount(1, "Home", false);
+    rig.settings.set("Settings\\Options\\UseInterval", "1");
+    fill(rig.mailbox("Home"), 1);
+    QVERIFY(rig.start());
+    const QString next = rig.ctx->NextCheckTime;
+    rig.clock.set("2026-11-21T11:00:00");
+    CheckSingleAccount(*rig.ctx);
+    QCOMPARE(rig.ctx->accounts[1].AcntStatusText, QString("Home - 1 Message"));
+    QCOMPARE(rig.view.tabImage(TabStrip::Email, 1), QString("MailYesDisabled"));
+    QCOMPARE(rig.ctx->NextCheckTime, next); // tied to AcntEnabled
+
+    rig.ctx->accounts[1].AcntEnabled = 1;
+    CheckSingleAccount(*rig.ctx);
+    QCOMPARE(rig.ctx->NextCheckTime, QString("21/11/26-11:30"));
+}
+
+void CheckCycleTest::autoCheckCollectsAccountLines() {
+    auto rig = threeAccounts();
+    AppContext& ctx = *rig->ctx;
+    ctx.accounts[2].AcntEnabled = 0;
+    ctx.TotalMessages = 99;
+    AutoCheckAccounts(ctx);
+    QCOMPARE(ctx.AccountInfoLines, 2);
+    QCOMPARE(ctx.AccountInfoText, QString("Account Information:\r\n"
+                                          "      Home - 2 Messages\r\n"
+                                          "      Club - 1 Message\r\n"));
+    QCOMPARE(ctx.TotalMessages, 3);
+    QCOMPARE(ctx.TotalNew, 3);
+    QCOMPARE(ctx.accounts[2].AcntStatusText, QString("Work"));
+}
+
+void CheckCycleTest::incompleteReport_data() {
+    QTest::addColumn<int>("incomplete");
+    QTest::addColumn<QString>("word");
+    QTest::newRow("one") << 1 << "Account";
+    QTest::newRow("two") << 2 << "Accounts";
+}
+
+void CheckCycleTest::incompleteReport() {
+    QFETCH(int, incomplete);
+    QFETCH(QString, word);
+    auto rig = threeAccounts();
+    AppContext& ctx = *rig->ctx;
+    for (int n = 1; n <= incomplete; ++n) {
+        ctx.accounts[n].AcntIncomplete = true;
+        ctx.IncompleteAccounts += ctx.accounts[n].AcntName + "\r\n";
+    }
+    ReportIncompleteAccounts(ctx);
+    QCOMPARE(rig->boxes.boxes.size(), 1);
+    const QString text = rig->boxes.boxes[0].text;
+    QVERIFY(text.startsWith("The following " + word +
+                            " may not have completely               \r\n"
+                            "downloaded all messages.\r\nHome\r\n"));
+    QVERIFY(text.contains("Try checking the " + word + " again.\r\n"));
+    QVERIFY(text.endsWith("temporarily turn off 'Allow Quick Checking'."));
+    QVERIFY(!ctx.accounts[1].AcntIncomplete);
+    QVERIFY(ctx.IncompleteAccounts.isEmpty());
+    ReportIncompleteAccounts(ctx);
+    QCOMPARE(rig->boxes.boxes.size(), 1);
+}
+
+QTEST_GUILESS_MAIN(CheckCycleTest)
+#include "CheckCycleTest.moc"

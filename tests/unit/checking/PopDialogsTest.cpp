@@ -1,0 +1,139 @@
+#include "checking/PopDialogs.h"
+#include "checking/PopSession.h"
+#include "platform/PopErrors.h"
+#include "support/TestRig.h"
+
+#include <QtTest>
+
+using namespace velmora;
+
+class PopDialogsTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void connectionErrorWordForWord();
+    void connectionErrorMessageLine_data();
+    void connectionErrorMessageLine();
+    void unexpectedErrorWordForWord();
+    void portText_data();
+    void portText();
+
+private:
+    static QString show(int number, const QString& text, const QString& title);
+};
+
+QString PopDialogsTest::show(int number, const QString& text, const QString& title) {
+    TestRig rig;
+    rig.addAccount(1, "Home");
+    rig.start();
+    ShowConnectionError(*rig.ctx, 1, number, text, title);
+    return rig.boxes.boxes.value(0).text;
+}
+
+void PopDialogsTest::connectionErrorWordForWord() {
+    TestRig rig;
+    rig.addAccount(1, "Home");
+    QVERIFY(rig.start());
+    ShowConnectionError(*rig.ctx, 1, 30007, "The server rejected the password: [AUTH] failed",
+                        "Error Establishing Connection");
+    QCOMPARE(rig.boxes.boxes.size(), 1);
+    const RecordedBoxes::Box& box = rig.boxes.boxes[0];
+    QCOMPARE(box.title, QString("Velmora - Error Establishing Connection"));
+    QCOMPARE(box.icon, BoxIcon::Critical);
+    QCOMPARE(box.buttons, BoxButtons::Ok);
+    QCOMPARE(box.text,
+             QString("There was a problem encountered while accessing the Account: Home"
+                     "               \r\n\r\n"
+                     "Error Message:\r\n"
+                     "30007 - The server rejected the password: [AUTH] failed\r\n\r\n"
+                     "There could be other possiblities for this error. Please ensure all Account"
+                     "          \r\n"
+                     "Information is accurate and your connection is established.\r\n\r\n"
+                     "For further assistance please try Help or contact your Service Provider\r\n"
+                     "if this problem persists.\r\n\r\n"));
+}
+
+void PopDialogsTest::connectionErrorMessageLine_data() {
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<bool>("deleteNote");
+    const QString connect = "Error Establishing Connection";
+    QTest::newRow("reset gets its own words")
+        << 10054 << connect << "10054 - Winsock Error - Connection Reset by Peer" << false;
+    QTest::newRow("time-out gets its own words")
+        << 10060 << connect << "10060 - Winsock Error - Connection Timed Out" << false;
+    QTest::newRow("other winsock numbers keep the client's text")
+        << 11001 << connect << "11001 - client text" << false;
+    QTest::newRow("handshake speaks of the wrong port")
+        << 60000 << connect
+        << "60000 - SSL Handshake Error: This may be caused by using SSL on the\r\nwrong Port."
+        << false;
+    QTest::newRow("certificate keeps the client's reason")
+        << 60009 << connect << "60009 - client text" << false;
+    QTest::newRow("30000 lies outside the winsock range")
+        << 30000 << connect << "30000 - client text" << false;
+    QTest::newRow("deletion adds its note")
+        << 10060 << "Delete Connection Failure"
+        << "10060 - Winsock Error - Connection Timed Out" << true;
+}
+
+void PopDialogsTest::connectionErrorMessageLine() {
+    QFETCH(int, number);
+    QFETCH(QString, title);
+    QFETCH(QString, line);
+    QFETCH(bool, deleteNote);
+    const QString text = show(number, "client text", title);
+    QVERIFY2(text.contains("Error Message:\r\n" + line + "\r\n\r\nThere could be") != deleteNote,
+             qPrintable(text));
+    const QString note =
+        "Note:  Message(s) were NOT Deleted because the connection failed.\r\n\r\n";
+    QCOMPARE(text.contains(line + "\r\n\r\n" + note + "There could be"), deleteNote);
+}
+
+void PopDialogsTest::unexpectedErrorWordForWord() {
+    TestRig rig;
+    rig.addAccount(1, "Home");
+    QVERIFY(rig.start());
+    ShowUnexpectedError(*rig.ctx, 1, 13, "Type mismatch", "Test Connection Failure");
+    const RecordedBoxes::Box& box = rig.boxes.boxes.value(0);
+    QCOMPARE(box.title, QString("Velmora - Test Connection Failure"));
+    QCOMPARE(
+        box.text,
+        QString("There was a problem encountered while accessing the Account: Home"
+                "               \r\n\r\n"
+                "Error Message:\r\n13 - Type mismatch\r\n\r\n"
+                "Please report this error to Kestrum with the Number\r\n"
+                "and Description of the error.\r\n\r\n"
+                "Note: This is an unexpected error. It would be very helpful to also include\r\n"
+                "the Title Bar text and any relevant details that might assist in tracking "
+                "the\r\n"
+                "cause of this error. Thank you for your assistance.\r\n\r\n"
+                "Email: support@kestrum.example\r\n\r\n"));
+}
+
+void PopDialogsTest::portText_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("port");
+    QTest::addColumn<int>("failure");
+    QTest::newRow("plain") << "110" << 110 << 0;
+    QTest::newRow("blanks around") << " 995 " << 995 << 0;
+    QTest::newRow("beyond 16 bits is kept for the client to refuse") << "70000" << 70000 << 0;
+    QTest::newRow("not a number") << "pop" << 0 << 13;
+    QTest::newRow("blank") << "" << 0 << 13;
+    QTest::newRow("beyond 32 bits") << "99999999999" << 0 << 6;
+}
+
+void PopDialogsTest::portText() {
+    QFETCH(QString, text);
+    QFETCH(int, port);
+    QFETCH(int, failure);
+    try {
+        QCOMPARE(PortNumber(text), port);
+        QCOMPARE(failure, 0);
+    } catch (const Failure& f) {
+        QCOMPARE(f.number, failure);
+    }
+}
+
+QTEST_GUILESS_MAIN(PopDialogsTest)
+#include "PopDialogsTest.moc"
