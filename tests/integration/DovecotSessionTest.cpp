@@ -168,6 +168,16 @@ void DovecotSessionTest::commandLineTestAndCheck() {
     QCOMPARE(box["icon"].toString(), QString("information"));
     QCOMPARE(box["buttons"].toString(), QString("ok"));
 
+    // A Rules file in the data folder marks what it fits.
+    QDir().mkpath(sandbox->dataHome() + "/Kestrum/Velmora");
+    QFile rules(sandbox->dataHome() + "/Kestrum/Velmora/Rules.ini");
+    QVERIFY(rules.open(QIODevice::WriteOnly));
+    rules.write("[Rules]\r\nRuleCount=2\r\n[Rule1]\r\nAction=1\r\nDescCount=1\r\n"
+                "Description1=Size GreaterThan 1000 \r\n[Rule2]\r\nAccount=Home\r\n"
+                "DescCount=2\r\nDescription1=Subject Contains 2 \r\n"
+                "Description2=OR Subject Equals NOT x \r\n");
+    rules.close();
+
     QProcess check;
     check.start(cli, {"check", "--json", "--repeat", "2"});
     QVERIFY(check.waitForFinished(60000));
@@ -181,6 +191,12 @@ void DovecotSessionTest::commandLineTestAndCheck() {
     QCOMPARE(account["tabImage"].toString(), QString("MailYes"));
     QCOMPARE(account["messages"].toArray().size(), 4);
     QCOMPARE(account["messages"].toArray().at(0).toObject()["New"].toBool(), false);
+    QCOMPARE(account["AcntDeleteCount"].toInt(), 1);
+    QCOMPARE(account["AcntSpamCount"].toInt(), 3);
+    int deleted = 0;
+    for (const QJsonValue m : account["messages"].toArray())
+        deleted += m.toObject()["Delete"].toBool() && !m.toObject()["Spam"].toBool() ? 1 : 0;
+    QCOMPARE(deleted, 1);
 
     QProcess wrong;
     wrong.start(cli, {"test", "2"});

@@ -1,0 +1,105 @@
+#include "options/IniFile.h"
+#include "platform/qt/IniProfileFiles.h"
+
+#include <QtTest>
+
+using namespace velmora;
+
+class IniFileTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void notApplicableKeepsTheStoredPart();
+    void longValuesComeBackWhole_data();
+    void longValuesComeBackWhole();
+    void writeKeepsForeignLinesInOrder();
+    void sections();
+    void unwritableFolderFailsInSilence();
+
+private:
+    QString file() const { return dir->path() + "/Rules.ini"; }
+    void write(const QByteArray& text) {
+        QFile f(file());
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(text);
+    }
+    QByteArray read() const {
+        QFile f(file());
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+
+    std::unique_ptr<QTemporaryDir> dir;
+    IniProfileFiles profiles;
+};
+
+void IniFileTest::init() {
+    dir = std::make_unique<QTemporaryDir>();
+}
+
+void IniFileTest::notApplicableKeepsTheStoredPart() {
+    IniFile ini(profiles, "/elsewhere");
+    QCOMPARE(ini.ConfigName(), QString("/elsewhere"));
+    ini.setConfigName(file());
+    ini.setSection("Menu");
+    ini.KeySave("4", "NA", "MenuStyle");
+    QCOMPARE(read(), QByteArray("[Menu]\r\nMenuStyle=4\r\n"));
+    QCOMPARE(ini.KeyGet("NA", "Missing", "d"), QString("d"));
+    // Both "NA": the same key again, with the new default.
+    QCOMPARE(ini.KeyGet("NA", "NA", "x"), QString("x"));
+    QCOMPARE(ini.KeyGet("menu", "menustyle", "x"), QString("4"));
+    ini.KeySave("NA", "NA", "Other");
+    QCOMPARE(ini.KeyGet("Menu", "Other", ""), QString("4"));
+}
+
+void IniFileTest::longValuesComeBackWhole_data() {
+    QTest::addColumn<int>("length");
+    QTest::addColumn<int>("back");
+    QTest::newRow("255") << 255 << 255;
+    QTest::newRow("300") << 300 << 300;
+    QTest::newRow("2047") << 2047 << 2047;
+    QTest::newRow("3000 is cut") << 3000 << 2047;
+}
+
+void IniFileTest::longValuesComeBackWhole() {
+    QFETCH(int, length);
+    QFETCH(int, back);
+    IniFile ini(profiles, file());
+    const QString value = QString::fromUtf8("é") + QString(length - 1, QChar('v'));
+    ini.KeySave(value, "Rule1", "Name");
+    QCOMPARE(ini.KeyGet("Rule1", "Name", ""), value.left(back));
+}
+
+void IniFileTest::writeKeepsForeignLinesInOrder() {
+    write("; made by hand\r\n[Rules]\r\nRuleCount=1\r\nno equals sign here\r\n\r\n"
+          "[rule1]\r\nName=Old\r\n");
+    IniFile ini(profiles, file());
+    ini.KeySave("New", "Rule1", "Name");
+    ini.KeySave("1", "RULE1", "Enabled");
+    ini.KeySave("0", "Rules", "Show");
+    ini.KeySave("x", "Rule2", "Name");
+    QCOMPARE(read(), QByteArray("; made by hand\r\n[Rules]\r\nRuleCount=1\r\n"
+                                "no equals sign here\r\nShow=0\r\n\r\n"
+                                "[rule1]\r\nName=New\r\nEnabled=1\r\n[Rule2]\r\nName=x\r\n"));
+}
+
+void IniFileTest::sections() {
+    write("[Menu]\r\nA=1\r\nB = 2 \r\n[Empty]\r\n");
+    IniFile ini(profiles, file());
+    QCOMPARE(ini.SectionGet("menu"), QStringList({"A=1", "B = 2 ", ""}));
+    QCOMPARE(ini.SectionGet(""), QStringList({"A=1", "B = 2 ", ""})); // blank keeps Menu
+    QCOMPARE(ini.KeyGet("Menu", "B", ""), QString("2"));
+    QVERIFY(ini.SectionGet("Missing").isEmpty());
+    QVERIFY(ini.SectionGet("Empty").isEmpty());
+}
+
+void IniFileTest::unwritableFolderFailsInSilence() {
+    // A file stands where the folder should be.
+    write("x");
+    IniFile ini(profiles, file() + "/inside.ini");
+    ini.KeySave("1", "Rules", "RuleCount");
+    QCOMPARE(read(), QByteArray("x"));
+    QCOMPARE(ini.KeyGet("Rules", "RuleCount", "0"), QString("0"));
+}
+
+QTEST_GUILESS_MAIN(IniFileTest)
+#include "IniFileTest.moc"

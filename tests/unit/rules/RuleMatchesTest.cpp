@@ -1,0 +1,183 @@
+#include "rules/RuleCheck.h"
+#include "support/TestRig.h"
+
+#include <QtTest>
+
+using namespace velmora;
+
+// Rows are (entries, message, fits, boxes): every row of the text tests,
+// both wildcards, blank criteria, case, sizes and their failures, joins.
+class RuleMatchesTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase();
+    void matches_data();
+    void matches();
+    void firstMarkingRuleDecides_data();
+    void firstMarkingRuleDecides();
+
+private:
+    std::unique_ptr<TestRig> rig;
+    static void setRule(Rule& rule, const QStringList& entries, int action = 2,
+                        const QString& account = "All Accounts", int enabled = 1);
+};
+
+using Fields = QMap<QString, QString>;
+Q_DECLARE_METATYPE(Fields)
+
+void RuleMatchesTest::initTestCase() {
+    rig = std::make_unique<TestRig>();
+    rig->addAccount(1, "Home");
+    QVERIFY(rig->start());
+    rig->ctx->accounts[1].AcntMsgCount = 1;
+    rig->ctx->messages.GrowMessageStore(1);
+}
+
+void RuleMatchesTest::setRule(Rule& rule, const QStringList& entries, int action,
+                              const QString& account, int enabled) {
+    rule = Rule();
+    rule.Name = "r";
+    rule.Enabled = enabled;
+    rule.Account = account;
+    rule.Action = action;
+    rule.DescCount = int(entries.size());
+    for (int i = 0; i < entries.size(); ++i)
+        rule.Description[i + 1] = entries[i];
+    rule.JoinDescription();
+}
+
+void RuleMatchesTest::matches_data() {
+    QTest::addColumn<QStringList>("entries");
+    QTest::addColumn<Fields>("message");
+    QTest::addColumn<bool>("fits");
+    QTest::addColumn<int>("boxes");
+    auto row = [](const char* name, QStringList entries, Fields message, bool fits, int boxes = 0) {
+        QTest::newRow(name) << entries << message << fits << boxes;
+    };
+    row("Contains ignores case", {"Subject Contains free "}, {{"Subject", "Get FREE stuff"}}, true);
+    row("Contains NOT", {"Subject Contains NOT free "}, {{"Subject", "hello"}}, true);
+    row("Contains NOT, present", {"Subject Contains NOT free "}, {{"Subject", "free"}}, false);
+    row("Equals minds case", {"Subject Equals Hello "}, {{"Subject", "hello"}}, false);
+    row("Equals", {"Subject Equals Hello "}, {{"Subject", "Hello"}}, true);
+    row("Equals NOT", {"Subject Equals NOT Hello "}, {{"Subject", "hello"}}, true);
+    row("inner blanks of the criteria", {"Subject Contains free offer "},
+        {{"Subject", "a FREE OFFER"}}, true);
+    row("* Contains in either order", {"Subject Contains free*offer "}, {{"Subject", "OFFER FREE"}},
+        true);
+    row("* Contains NOT, one part missing", {"Subject Contains NOT free*offer "},
+        {{"Subject", "free only"}}, true);
+    row("* Equals, nothing between", {"Subject Equals ab*cd "}, {{"Subject", "abcd"}}, true);
+    row("* Equals, text between", {"Subject Equals ab*cd "}, {{"Subject", "abXYcd"}}, true);
+    row("* Equals minds case", {"Subject Equals ab*cd "}, {{"Subject", "ABcd"}}, false);
+    row("* Equals NOT counts the star as one", {"Subject Equals NOT ab*cd "},
+        {{"Subject", "abXYcd"}}, true);
+    row("? Contains bounds the suffix", {"From Contains a?b "}, {{"From", "xxxxxxxxab"}}, false);
+    row("? Contains", {"From Contains a?b "}, {{"From", "ab"}}, true);
+    row("? Contains NOT has no bound", {"From Contains NOT a?b "}, {{"From", "xxxxxxxxab"}}, false);
+    row("? Equals one character", {"Subject Equals a?c "}, {{"Subject", "abc"}}, true);
+    row("? Equals none", {"Subject Equals a?c "}, {{"Subject", "ac"}}, false);
+    row("? Equals two", {"Subject Equals a?c "}, {{"Subject", "abbc"}}, false);
+    row("? Equals NOT", {"Subject Equals NOT a?c "}, {{"Subject", "abbc"}}, true);
+    row("? wins over an earlier *", {"Subject Equals x*y?z "}, {{"Subject", "x*yQz"}}, true);
+    row("blank Contains fits a field", {"Body Contains "}, {{"Body", "x"}}, true);
+    row("blank Contains misses a blank field", {"Body Contains "}, {{"Body", ""}}, false);
+    row("blank Equals fits a blank field", {"Body Equals "}, {{"Body", ""}}, true);
+    row("unknown condition", {"Subject Resembles x "}, {{"Subject", "x"}}, false);
+    row("attachment", {"Attachment IsPresent "}, {{"Attach", "1"}}, true);
+    row("attachment NOT", {"Attachment IsPresent NOT "}, {{"Attach", "0"}}, true);
+    row("attachment with its two blanks", {"Attachment IsPresent  "}, {{"Attach", "1"}}, true);
+    row("size equal is not greater", {"Size GreaterThan 500 "}, {{"Size", "500"}}, false);
+    row("nor less, negated", {"Size GreaterThan NOT 500 "}, {{"Size", "500"}}, false);
+    row("size greater", {"Size GreaterThan 500 "}, {{"Size", "501"}}, true);
+    row("size LessThan NOT", {"Size LessThan NOT 5 "}, {{"Size", "7"}}, true);
+    row("criteria rounds half to even", {"Size Equals 2.5 "}, {{"Size", "2"}}, true);
+    row("criteria no number", {"Size Equals big "}, {{"Size", "2"}}, false, 1);
+    row("size beyond 16 bits", {"Size LessThan 5 "}, {{"Size", "33000"}}, false, 1);
+    row("entry without its blanks", {"Subject"}, {{"Subject", "x"}}, false, 1);
+    row("AND, one fits", {"Subject Contains a ", "AND From Contains b "},
+        {{"Subject", "a"}, {"From", "x"}}, false);
+    row("AND, both fit", {"Subject Contains a ", "AND From Contains b "},
+        {{"Subject", "a"}, {"From", "b"}}, true);
+    row("OR, one fits", {"Subject Contains a ", "OR From Contains b "},
+        {{"Subject", "x"}, {"From", "b"}}, true);
+    row("unknown Where later spoils OR", {"Subject Contains a ", "OR Header Contains b "},
+        {{"Subject", "a"}}, false);
+    row("failure later spoils OR", {"Subject Contains a ", "OR Size Equals x "},
+        {{"Subject", "a"}, {"Size", "1"}}, false, 1);
+    row("the last conjunction rules",
+        {"Subject Contains a ", "OR From Contains b ", "From Contains c "},
+        {{"Subject", "a"}, {"From", "bc"}}, false);
+    row("NOT as criteria word", {"Subject Contains NOT "}, {{"Subject", "NOT"}}, false);
+}
+
+void RuleMatchesTest::matches() {
+    QFETCH(QStringList, entries);
+    QFETCH(Fields, message);
+    QFETCH(bool, fits);
+    QFETCH(int, boxes);
+    AppContext& ctx = *rig->ctx;
+    MailMessage& m = ctx.messages.at(1, 1);
+    m = MailMessage();
+    m.From = message.value("From");
+    m.To = "me@example.com";
+    m.Subject = message.value("Subject");
+    m.Body = message.value("Body");
+    m.Size = message.value("Size", "1");
+    m.Attach = message.value("Attach") == "1";
+    ctx.LiveRules.RuleCount = 1;
+    ctx.LiveRules.rules.resize(2);
+    setRule(ctx.LiveRules[1], entries);
+    rig->boxes.boxes.clear();
+    QCOMPARE(RuleMatches(ctx, 1, 1, 1), fits);
+    QCOMPARE(rig->boxes.boxes.size(), boxes);
+    if (boxes > 0) {
+        const RecordedBoxes::Box& box = rig->boxes.boxes[0];
+        QCOMPARE(box.title, QString("Velmora"));
+        QCOMPARE(box.text, QString("Rule Check - Process Error\r\nRemove from final code!!"));
+        QCOMPARE(box.icon, BoxIcon::None);
+    }
+}
+
+void RuleMatchesTest::firstMarkingRuleDecides_data() {
+    QTest::addColumn<QList<int>>("actions");
+    QTest::addColumn<QStringList>("accounts");
+    QTest::addColumn<QString>("mark");
+    QTest::newRow("Ignore protects nothing") << QList<int>{3, 1} << QStringList{"", ""} << "Delete";
+    QTest::newRow("the first wins") << QList<int>{2, 1} << QStringList{"", ""} << "Spam";
+    QTest::newRow("another account's rule")
+        << QList<int>{1, 2} << QStringList{"Work", ""} << "Spam";
+    QTest::newRow("names differ by case") << QList<int>{1} << QStringList{"home"} << "";
+    QTest::newRow("a disabled bad rule raises nothing")
+        << QList<int>{-1, 1} << QStringList{"", ""} << "Delete";
+}
+
+void RuleMatchesTest::firstMarkingRuleDecides() {
+    QFETCH(QList<int>, actions);
+    QFETCH(QStringList, accounts);
+    QFETCH(QString, mark);
+    AppContext& ctx = *rig->ctx;
+    MailMessage& m = ctx.messages.at(1, 1);
+    m = MailMessage();
+    m.Subject = "offer";
+    m.Spam = m.Delete = true; // decided afresh
+    ctx.LiveRules.RuleCount = int(actions.size());
+    ctx.LiveRules.rules.resize(actions.size() + 1);
+    for (int r = 0; r < actions.size(); ++r) {
+        const bool bad = actions[r] < 0;
+        setRule(ctx.LiveRules[r + 1], {bad ? "Subject" : "Subject Contains offer "},
+                bad ? 1 : actions[r], accounts[r].isEmpty() ? "All Accounts" : accounts[r],
+                bad ? 0 : 1);
+    }
+    Account& a = ctx.accounts[1];
+    a.AcntSpamCount = a.AcntDeleteCount = 0;
+    rig->boxes.boxes.clear();
+    RuleCheck(ctx, 1, 1);
+    QCOMPARE(m.Delete, mark == "Delete");
+    QCOMPARE(m.Spam, mark == "Spam");
+    QCOMPARE(a.AcntDeleteCount, mark == "Delete" ? 1 : 0);
+    QCOMPARE(a.AcntSpamCount, mark == "Spam" ? 1 : 0);
+    QVERIFY(rig->boxes.boxes.isEmpty());
+}
+
+QTEST_GUILESS_MAIN(RuleMatchesTest)
+#include "RuleMatchesTest.moc"

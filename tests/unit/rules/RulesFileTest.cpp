@@ -1,0 +1,113 @@
+#include "rules/Rules.h"
+#include "support/TestRig.h"
+
+#include <QtTest>
+
+using namespace velmora;
+
+class RulesFileTest : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void init();
+    void exampleFileRoundTrips();
+    void attachmentEntryKeepsOneBlank();
+    void countWithoutSectionGivesDefaultRule();
+    void missingFileIsAnEmptySet();
+    void deletedRuleLeavesNoSection();
+
+private:
+    QString path() const { return dir->path() + "/Rules.ini"; }
+    void write(const QByteArray& text) {
+        QFile f(path());
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(text);
+    }
+    QByteArray read() const {
+        QFile f(path());
+        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+    }
+
+    std::unique_ptr<QTemporaryDir> dir;
+    std::unique_ptr<TestRig> rig;
+};
+
+const QByteArray kExample = "[Rules]\r\nRuleCount=2\r\nShow=1\r\nShowNew=0\r\nTime=30\r\n"
+                            "[Rule1]\r\nName=Rule1\r\nEnabled=1\r\nAccount=All Accounts\r\n"
+                            "Action=2\r\nDescCount=2\r\n"
+                            "Description1=Subject Contains free offer \r\n"
+                            "Description2=OR From Contains bob \r\n"
+                            "[Rule2]\r\nName=Big mail\r\nEnabled=0\r\nAccount=Home\r\nAction=1\r\n"
+                            "DescCount=1\r\nDescription1=Size GreaterThan 5000 \r\n";
+
+void RulesFileTest::init() {
+    dir = std::make_unique<QTemporaryDir>();
+    rig = std::make_unique<TestRig>();
+    rig->files.programFolder = dir->path();
+}
+
+void RulesFileTest::exampleFileRoundTrips() {
+    write(kExample);
+    QVERIFY(rig->start());
+    AppContext& ctx = *rig->ctx;
+    QCOMPARE(ctx.LiveRules.RuleCount, 2);
+    QCOMPARE(ctx.LiveRules[1].Description[2], QString("OR From Contains bob "));
+    QCOMPARE(ctx.LiveRules[1].Description[0],
+             QString("Subject Contains free offer OR From Contains bob "));
+    QCOMPARE(ctx.WorkingRules[2].Name, QString("Big mail"));
+    QCOMPARE(ctx.WorkingRules[2].RedoCount, 1);
+    QCOMPARE(ctx.CurrentRule, 1);
+    QCOMPARE(rig->view.caption("lblRulesFileName"), QString("FileName: Rules.ini"));
+
+    QFile::remove(path());
+    WriteRules(ctx, path());
+    QCOMPARE(read(), kExample);
+    QVERIFY(!QFile::exists(path() + ".new"));
+}
+
+void RulesFileTest::attachmentEntryKeepsOneBlank() {
+    write("[Rules]\r\nRuleCount=1\r\n[Rule1]\r\nDescCount=1\r\n"
+          "Description1=Attachment IsPresent  \r\n");
+    QVERIFY(rig->start());
+    QCOMPARE(rig->ctx->LiveRules[1].Description[1], QString("Attachment IsPresent "));
+    WriteRules(*rig->ctx, path());
+    QVERIFY(read().contains("Description1=Attachment IsPresent \r\n"));
+}
+
+void RulesFileTest::countWithoutSectionGivesDefaultRule() {
+    write("[Rules]\r\nRuleCount=1\r\n");
+    QVERIFY(rig->start());
+    const Rule& r = rig->ctx->LiveRules[1];
+    QCOMPARE(r.Name, QString("Rule"));
+    QCOMPARE(r.Enabled, 1);
+    QCOMPARE(r.Account, QString("All Accounts"));
+    QCOMPARE(r.Action, 2);
+    QCOMPARE(r.DescCount, 0);
+    QCOMPARE(rig->ctx->LiveRules.Time, 30);
+}
+
+void RulesFileTest::missingFileIsAnEmptySet() {
+    QVERIFY(rig->start());
+    const RuleSet& live = rig->ctx->LiveRules;
+    QCOMPARE(live.RuleCount, 0);
+    QCOMPARE(live.Show, 0);
+    QCOMPARE(live.ShowNew, 0);
+    QCOMPARE(live.Time, 30);
+    QCOMPARE(rig->ctx->CurrentRule, 0);
+    QVERIFY(!QFile::exists(path()));
+}
+
+void RulesFileTest::deletedRuleLeavesNoSection() {
+    write(kExample);
+    QVERIFY(rig->start());
+    AppContext& ctx = *rig->ctx;
+    ctx.WorkingRules.RuleCount = 1;
+    ctx.WorkingRules[1].Name = QString::fromUtf8("Spam «à la carte»");
+    WriteRules(ctx, path());
+    QVERIFY(!read().contains("[Rule2]"));
+    ReadRules(ctx, path());
+    QCOMPARE(ctx.LiveRules.RuleCount, 1);
+    QCOMPARE(ctx.LiveRules[1].Name, QString::fromUtf8("Spam «à la carte»"));
+}
+
+QTEST_GUILESS_MAIN(RulesFileTest)
+#include "RulesFileTest.moc"
