@@ -3,6 +3,7 @@
 #include "accounts/AccountStore.h"
 #include "messages/MessageStore.h"
 #include "options/Options.h"
+#include "platform/MessageView.h"
 #include "platform/PopClient.h"
 #include "platform/Services.h"
 #include "platform/Timer.h"
@@ -81,6 +82,18 @@ struct AppContext {
     QString NextCheckText;
     QString SavedNextCheckTime;
     QString SavedNextCheckText;
+
+    // The Auto Check Message while it stands, and its headline of the last
+    // walk (null when none showed).
+    struct MessageForm {
+        std::unique_ptr<MessageView> view;
+        std::unique_ptr<Timer> timer;
+        int remaining = 0;
+        int elapsed = 0;
+    } frmMessage;
+    QString AutoCheckHeadline;
+    // Whether the last check's end would have opened the Rule Report.
+    bool RuleReportWanted = false;
 
     // Secondary windows and notification.
     bool RuleReportOpen = false;

@@ -8,6 +8,7 @@
 #include "messages/MessageList.h"
 #include "platform/MainView.h"
 #include "platform/RecordedBoxes.h"
+#include "platform/RecordedSounds.h"
 
 #include <QEventLoop>
 #include <QTextStream>
@@ -24,9 +25,10 @@ const char* const kUsage =
     "  accounts                 list the accounts of the settings store\n"
     "  test N [--json]          test the connection of account N and print the\n"
     "                           boxes the desktop program would show\n"
-    "  check [--json] [--account N] [--repeat K] [--pause MS]\n"
+    "  check [--json] [--auto] [--account N] [--repeat K] [--pause MS]\n"
     "                           check all enabled accounts (or account N alone),\n"
-    "                           K times with MS milliseconds between passes\n";
+    "                           K times with MS milliseconds between passes;\n"
+    "                           --auto walks as the Auto Check timer does\n";
 
 struct Usage {
     QString problem;
@@ -66,6 +68,8 @@ void Prepare(AppContext& ctx) {
     frmMain::CreateTimers(ctx);
     frmMain::AddAccountTabs(ctx);
     CreatePopClient(ctx);
+    // No start-up countdown runs here.
+    ctx.StartUpDone = true;
 }
 
 void Pause(int milliseconds) {
@@ -102,13 +106,17 @@ int Test(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& o
     return 0;
 }
 
-int Check(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& out) {
+int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QStringList args,
+          QTextStream& out) {
     const bool json = Flag(args, "--json");
+    const bool autoWalk = Flag(args, "--auto");
     const int repeat = NumberAfter(args, "--repeat", 1, 1);
     const int pause = NumberAfter(args, "--pause", 0, 0);
     const int single = NumberAfter(args, "--account", 0, 1);
     if (!args.isEmpty())
         throw Usage{QStringLiteral("unknown argument '%1'").arg(args.first())};
+    if (autoWalk && single > 0)
+        throw Usage{QStringLiteral("--auto walks all accounts; it takes no --account")};
     frmMain::LoadStores(ctx);
     if (single > 0)
         AccountNumber(ctx, QString::number(single));
@@ -121,11 +129,19 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& 
         if (pass > 1 && pause > 0)
             Pause(pause);
         boxes.boxes.clear();
-        if (single > 0)
+        sounds.played.clear();
+        ctx.AutoCheckHeadline = QString();
+        if (autoWalk)
+            AutoCheckAccounts(ctx);
+        else if (single > 0)
             CheckSingleAccount(ctx);
         else
             CheckAllAccounts(ctx);
-        const PassExtras extras;
+        PassExtras extras;
+        extras.autoWalk = autoWalk;
+        extras.autoCheckMessage = ctx.AutoCheckHeadline;
+        extras.sounds = sounds.played;
+        extras.ruleReport = ctx.RuleReportWanted;
         out << (json ? PassJson(ctx, pass, boxes.boxes, extras) + '\n'
                      : PassSummary(ctx, pass, boxes.boxes, extras));
         out.flush();
@@ -135,8 +151,8 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& 
 
 } // namespace
 
-int RunCommandLine(AppContext& ctx, RecordedBoxes& boxes, const QStringList& arguments,
-                   QTextStream& out, QTextStream& err) {
+int RunCommandLine(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds,
+                   const QStringList& arguments, QTextStream& out, QTextStream& err) {
     try {
         if (arguments.isEmpty())
             throw Usage{};
@@ -147,7 +163,7 @@ int RunCommandLine(AppContext& ctx, RecordedBoxes& boxes, const QStringList& arg
         if (command == QLatin1String("test"))
             return Test(ctx, boxes, rest, out);
         if (command == QLatin1String("check"))
-            return Check(ctx, boxes, rest, out);
+            return Check(ctx, boxes, sounds, rest, out);
         throw Usage{QStringLiteral("unknown command '%1'").arg(command)};
     } catch (const Usage& usage) {
         if (!usage.problem.isEmpty())

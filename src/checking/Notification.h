@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace velmora {
 
 struct AppContext;
@@ -9,5 +11,10 @@ struct AppContext;
 void AnnounceCheck(AppContext& ctx, bool anyNew, bool anyMessages);
 // 0 means all accounts.
 void PlayCheckSound(AppContext& ctx, int account);
+void PlaySoundFile(AppContext& ctx, int account);
+// Lets the event loop run once, then plays the file through.
+void PlayWave(AppContext& ctx, const QString& path);
+// The shipped sound of an account that could not be reached.
+QString ErrorSoundPath(AppContext& ctx);
 
 } // namespace velmora

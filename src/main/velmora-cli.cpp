@@ -3,6 +3,7 @@
 #include "app/AppContext.h"
 #include "app/CommandLine.h"
 #include "platform/RecordedBoxes.h"
+#include "platform/RecordedSounds.h"
 #include "platform/StateView.h"
 #include "platform/qt/GuardedTimer.h"
 #include "platform/qt/IniProfileFiles.h"
@@ -23,6 +24,7 @@ int main(int argc, char** argv) {
 
     QtSettingsStore settings;
     RecordedBoxes boxes;
+    RecordedSounds sounds;
     SystemClock clock;
     GuardedTimerFactory timers;
     QtEventPump pump;
@@ -39,6 +41,7 @@ int main(int argc, char** argv) {
     services.events = &pump;
     services.files = &files;
     services.pop = &pop;
+    services.sound = &sounds;
     services.profiles = &profiles;
 
     AppContext ctx(services);
@@ -46,5 +49,5 @@ int main(int argc, char** argv) {
 
     QTextStream out(stdout);
     QTextStream err(stderr);
-    return RunCommandLine(ctx, boxes, QCoreApplication::arguments().mid(1), out, err);
+    return RunCommandLine(ctx, boxes, sounds, QCoreApplication::arguments().mid(1), out, err);
 }

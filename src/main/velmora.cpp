@@ -2,6 +2,7 @@
 #include "app/AppContext.h"
 #include "app/Main.h"
 #include "app/frmMainEvents.h"
+#include "platform/qt/DBusNotifier.h"
 #include "platform/qt/GuardedTimer.h"
 #include "platform/qt/IniProfileFiles.h"
 #include "platform/qt/LocalFiles.h"
@@ -12,6 +13,8 @@
 #include "platform/qt/SystemClock.h"
 #include "platform/qt/XdgAutoStart.h"
 #include "platform/qt/widgets/MainWindow.h"
+#include "platform/qt/widgets/MessageWindow.h"
+#include "platform/qt/widgets/WavePlayer.h"
 #include "platform/qt/widgets/WidgetMessageBoxes.h"
 
 #include <QApplication>
@@ -34,6 +37,9 @@ int main(int argc, char** argv) {
     LockFileInstanceGuard instance;
     QtPopClientFactory pop;
     IniProfileFiles profiles;
+    WidgetWindowFactory windows;
+    WavePlayer sound;
+    DBusNotifier notifier;
 
     Services services;
     services.settings = &settings;
@@ -46,6 +52,9 @@ int main(int argc, char** argv) {
     services.instance = &instance;
     services.pop = &pop;
     services.profiles = &profiles;
+    services.windows = &windows;
+    services.sound = &sound;
+    services.notifier = &notifier;
 
     AppContext ctx(services);
     MainWindow window;

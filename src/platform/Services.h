@@ -5,6 +5,7 @@
 namespace velmora {
 
 class AutoStart;
+class DesktopNotifier;
 class Clock;
 class EventPump;
 class FileDialogs;
@@ -18,6 +19,7 @@ class SettingsStore;
 class Shell;
 class SoundPlayer;
 class TimerFactory;
+class WindowFactory;
 
 // The platform as the logic reaches it. The composition roots fill this with
 // the real implementations; tests fill it with recording fakes. A program
@@ -38,6 +40,8 @@ struct Services {
     FileDialogs* dialogs = nullptr;
     Printer* printer = nullptr;
     ProfileFiles* profiles = nullptr;
+    WindowFactory* windows = nullptr;
+    DesktopNotifier* notifier = nullptr;
     // Month names and the general date form follow it.
     QLocale locale = QLocale::system();
 };

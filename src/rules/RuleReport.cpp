@@ -4,8 +4,26 @@
 
 namespace velmora {
 
-bool ShowRuleReport(AppContext&) {
-    return false;
+bool ShowRuleReport(AppContext& ctx) {
+    ctx.RuleReportWanted = false;
+    if (ctx.LiveRules.Show != 1)
+        return false;
+    int first = 0;
+    for (int n = 1; n <= ctx.accounts.AcntNum && first == 0; ++n) {
+        const Account& a = ctx.accounts[n];
+        if (a.AcntDeleteCount > 0 || a.AcntSpamCount > 0)
+            first = n;
+    }
+    if (first == 0)
+        return false;
+    // Only the first marked account is asked whether it has new mail.
+    const int showNew = ctx.LiveRules.ShowNew;
+    if (showNew != 0 && !(showNew == 1 && ctx.accounts[first].AcntHasNew))
+        return false;
+    if (ctx.RuleReportOpen)
+        return false;
+    ctx.RuleReportWanted = true;
+    return true;
 }
 
 } // namespace velmora

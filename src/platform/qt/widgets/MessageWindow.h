@@ -1,0 +1,50 @@
+#pragma once
+
+#include "platform/MessageView.h"
+
+#include <QPointer>
+#include <QWidget>
+
+class QGroupBox;
+class QLabel;
+
+namespace velmora {
+
+// frmMessage on screen.
+class MessageWindow : public MessageView {
+public:
+    MessageWindow();
+    // The widget goes once control is back in the event loop: the window
+    // may be closed from inside one of its own clicks.
+    ~MessageWindow() override;
+
+    void setCaption(const QString& caption) override;
+    void setHeadline(const QString& headline) override;
+    void setAccountLines(const QString& text, int lines) override;
+    void setCountdownVisible(bool visible) override;
+    void setCountdown(int seconds) override;
+    void setNextCheck(const QString& text) override;
+    void setStayOnTop(bool onTop) override;
+    void showWindow() override;
+    void hideWindow() override;
+    void setOnClose(std::function<void()> handler) override;
+
+    QWidget* widget() const { return window; }
+
+private:
+    class Frame;
+    QPointer<QWidget> window;
+    QGroupBox* fraMsg = nullptr;
+    QLabel* lblMsg = nullptr;
+    QLabel* lblAutoCheck = nullptr;
+    QLabel* lblMsgCountDown = nullptr;
+    QLabel* imgHourGlass = nullptr;
+    std::function<void()> onClose;
+};
+
+class WidgetWindowFactory : public WindowFactory {
+public:
+    std::unique_ptr<MessageView> createMessageView() override;
+};
+
+} // namespace velmora
