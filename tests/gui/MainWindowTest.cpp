@@ -1,5 +1,6 @@
 #include "platform/qt/widgets/MainWindow.h"
 #include "app/frmMainEvents.h"
+#include "platform/qt/widgets/MessageWindow.h"
 #include "support/TestRig.h"
 
 #include <QAction>
@@ -19,6 +20,7 @@ private Q_SLOTS:
     void pagesSwitchWithTheirBanners();
     void goesToTrayComesBackAndQuits();
     void closeBoxEndsProgramWhenOptionOff();
+    void timedCheckShowsTheMessageWithItsCountdown();
 
 private:
     struct Running {
@@ -117,6 +119,38 @@ void MainWindowTest::closeBoxEndsProgramWhenOptionOff() {
     QVERIFY(running->rig.settings.has("Settings\\Options\\ColFromWidth"));
     QVERIFY(running->rig.settings.has("Settings\\Options\\SortOrder"));
     QVERIFY(running->rig.files.removed.contains("/temp/temporary.msg"));
+}
+
+void MainWindowTest::timedCheckShowsTheMessageWithItsCountdown() {
+    auto running = start(1);
+    QVERIFY(running);
+    TestRig& rig = running->rig;
+    WidgetWindowFactory windows;
+    rig.ctx->svc.windows = &windows;
+    rig.ctx->options.UseInterval = 1;
+    rig.ctx->options.ShowEmailMsgBox = 1;
+    rig.ctx->options.ShowEmail = 2;
+    rig.ctx->options.MsgBoxTime = 2;
+    rig.ctx->NextCheckTime = "01/01/00-00:00";
+    rig.mailbox("Home").mail.append(FakeMailbox::Mail::Uid("a"));
+    rig.ctx->tmrMailTime->setEnabled(true);
+    Manual(rig.ctx->tmrMailTime).fire();
+
+    QWidget* message = nullptr;
+    for (QWidget* w : QApplication::topLevelWidgets()) {
+        if (w->objectName() == "frmMessage")
+            message = w;
+    }
+    QVERIFY(message);
+    QVERIFY(message->isVisible());
+    QVERIFY(message->windowFlags() & Qt::WindowStaysOnTopHint);
+    QCOMPARE(message->findChild<QLabel*>("lblMsgCountDown")->text(), QString("2"));
+    QVERIFY(message->findChild<QLabel*>("lblAutoCheck")->text().startsWith("Next Auto Check at"));
+    for (int tick = 0; tick < 3; ++tick)
+        Manual(rig.ctx->frmMessage.timer).fire();
+    QVERIFY(!rig.ctx->AutoMessageOpen);
+    QPointer<QWidget> gone(message);
+    QTRY_VERIFY(gone.isNull());
 }
 
 QTEST_MAIN(MainWindowTest)

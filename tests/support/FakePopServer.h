@@ -22,6 +22,12 @@ struct FakeMailbox {
         QString header;
         QString body;
         int attachments = 0;
+
+        static Mail Uid(const QString& id) {
+            Mail m;
+            m.uid = id;
+            return m;
+        }
     };
     QList<Mail> mail;
     // A client number for Connect or FetchAll to fail with, and its text.

@@ -16,6 +16,8 @@ TestRig::TestRig() {
     services.instance = &instance;
     services.pop = &pop;
     services.profiles = &profiles;
+    services.windows = &windows;
+    services.sound = &sounds;
     services.locale = QLocale::c();
     ctx = std::make_unique<AppContext>(services);
     ctx->view = &view;

@@ -2,12 +2,14 @@
 
 #include "app/AppContext.h"
 #include "platform/RecordedBoxes.h"
+#include "platform/RecordedSounds.h"
 #include "platform/StateView.h"
 #include "platform/qt/IniProfileFiles.h"
 #include "support/CountingEventPump.h"
 #include "support/FakeAutoStart.h"
 #include "support/FakeFiles.h"
 #include "support/FakeInstanceGuard.h"
+#include "support/FakeMessageView.h"
 #include "support/FakePopServer.h"
 #include "support/FakeSettingsStore.h"
 #include "support/ManualTimer.h"
@@ -36,6 +38,8 @@ struct TestRig {
     FakePopServer server;
     FakePopClientFactory pop{server};
     IniProfileFiles profiles;
+    FakeWindowFactory windows;
+    RecordedSounds sounds;
     StateView view;
     std::unique_ptr<AppContext> ctx;
 

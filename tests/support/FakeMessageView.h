@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/MessageView.h"
+
+namespace velmora {
+
+// The Auto Check Message without a screen; the factory keeps the last one
+// made, alive or not, for the test to read.
+class FakeMessageView : public MessageView {
+public:
+    struct State {
+        QString caption, headline, lines, nextCheck;
+        int lineCount = 0;
+        int countdown = -1;
+        bool countdownVisible = false;
+        bool onTop = false;
+        bool visible = false;
+        bool destroyed = false;
+    };
+    explicit FakeMessageView(std::shared_ptr<State> state) : s(std::move(state)) {}
+    ~FakeMessageView() override { s->destroyed = true; }
+
+    void setCaption(const QString& caption) override { s->caption = caption; }
+    void setHeadline(const QString& headline) override { s->headline = headline; }
+    void setAccountLines(const QString& text, int lines) override {
+        s->lines = text;
+        s->lineCount = lines;
+    }
+    void setCountdownVisible(bool visible) override { s->countdownVisible = visible; }
+    void setCountdown(int seconds) override { s->countdown = seconds; }
+    void setNextCheck(const QString& text) override { s->nextCheck = text; }
+    void setStayOnTop(bool onTop) override { s->onTop = onTop; }
+    void showWindow() override { s->visible = true; }
+    void hideWindow() override { s->visible = false; }
+    void setOnClose(std::function<void()> handler) override { close = std::move(handler); }
+
+    std::function<void()> close;
+
+private:
+    std::shared_ptr<State> s;
+};
+
+class FakeWindowFactory : public WindowFactory {
+public:
+    std::unique_ptr<MessageView> createMessageView() override {
+        last = std::make_shared<FakeMessageView::State>();
+        ++made;
+        return std::make_unique<FakeMessageView>(last);
+    }
+    std::shared_ptr<FakeMessageView::State> last;
+    int made = 0;
+};
+
+} // namespace velmora
