@@ -7,14 +7,33 @@ namespace velmora {
 
 namespace {
 
-QString DecodeEntity(const QString& name) {
-    static const QHash<QString, QString> named = {
-        {"amp", "&"},        {"lt", "<"},         {"gt", ">"},         {"quot", "\""},
-        {"apos", "'"},       {"nbsp", " "},       {"copy", "\u00a9"},  {"reg", "\u00ae"},
-        {"euro", "\u20ac"},  {"mdash", "\u2014"}, {"ndash", "\u2013"}, {"hellip", "\u2026"},
-        {"laquo", "\u00ab"}, {"raquo", "\u00bb"}, {"rsquo", "\u2019"}, {"lsquo", "\u2018"},
-        {"rdquo", "\u201d"}, {"ldquo", "\u201c"}, {"bull", "\u2022"},  {"middot", "\u00b7"},
+// The named references of Latin-1, in the order of their code points from
+// 160 on, and the few others mail uses.
+QHash<QString, QString> NamedEntities() {
+    QHash<QString, QString> named = {
+        {"amp", "&"},         {"lt", "<"},         {"gt", ">"},         {"quot", "\""},
+        {"apos", "'"},        {"euro", "\u20ac"},  {"mdash", "\u2014"}, {"ndash", "\u2013"},
+        {"hellip", "\u2026"}, {"rsquo", "\u2019"}, {"lsquo", "\u2018"}, {"rdquo", "\u201d"},
+        {"ldquo", "\u201c"},  {"bull", "\u2022"},  {"trade", "\u2122"},
     };
+    const QStringList latin1 =
+        QStringLiteral(
+            "nbsp iexcl cent pound curren yen brvbar sect uml copy ordf laquo not shy reg macr "
+            "deg plusmn sup2 sup3 acute micro para middot cedil sup1 ordm raquo frac14 frac12 "
+            "frac34 iquest Agrave Aacute Acirc Atilde Auml Aring AElig Ccedil Egrave Eacute Ecirc "
+            "Euml Igrave Iacute Icirc Iuml ETH Ntilde Ograve Oacute Ocirc Otilde Ouml times Oslash "
+            "Ugrave Uacute Ucirc Uuml Yacute THORN szlig agrave aacute acirc atilde auml aring "
+            "aelig ccedil egrave eacute ecirc euml igrave iacute icirc iuml eth ntilde ograve "
+            "oacute ocirc otilde ouml divide oslash ugrave uacute ucirc uuml yacute thorn yuml")
+            .split(' ');
+    for (int i = 0; i < latin1.size(); ++i)
+        named.insert(latin1[i], QString(QChar(160 + i)));
+    named["nbsp"] = QStringLiteral(" ");
+    return named;
+}
+
+QString DecodeEntity(const QString& name) {
+    static const QHash<QString, QString> named = NamedEntities();
     if (name.startsWith('#')) {
         bool ok = false;
         const uint code = name.size() > 1 && (name[1] == 'x' || name[1] == 'X')
@@ -26,7 +45,7 @@ QString DecodeEntity(const QString& name) {
         }
         return QString();
     }
-    return named.value(name.toLower(), QString());
+    return named.value(name, named.value(name.toLower()));
 }
 
 } // namespace
