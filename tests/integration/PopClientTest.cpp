@@ -1,7 +1,10 @@
+#include "checking/CheckCycle.h"
+#include "checking/PopSession.h"
 #include "platform/PopErrors.h"
 #include "platform/qt/QtPopClient.h"
 #include "support/ScriptedPopServer.h"
 #include "support/TestCertificate.h"
+#include "support/TestRig.h"
 
 #include <QtTest>
 
@@ -16,7 +19,6 @@ private Q_SLOTS:
     void initTestCase();
     void failures_data();
     void failures();
-    void stalledServerTimesOutWithinTheTimeout();
     void fetchesWholeMessagesPipelined();
     void withoutUidlMessagesKeepTheirIdentifier();
     void withoutPipeliningOneCommandAtATime();
@@ -47,6 +49,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> dir;
     std::unique_ptr<TestCertificate> certificate;
+    QtPopClientFactory pop;
 };
 
 QList<ScriptedPopServer::Message> PopClientTest::mailbox(int count, int bodyBytes) {
@@ -88,101 +91,121 @@ void PopClientTest::initTestCase() {
     qputenv("VELMORA_CA_FILE", certificate->caFile().toUtf8());
 }
 
+// Each failure through the logic to its dialog, with the words the client
+// gives it: the connection test for the login phase, a check for the fetch.
 void PopClientTest::failures_data() {
     QTest::addColumn<std::function<void(ScriptedPopServer&)>>("script");
-    QTest::addColumn<bool>("tls");
-    QTest::addColumn<bool>("untrusted");
-    QTest::addColumn<int>("fetchStep"); // 0 Connect, 1 ListMessages, 2 FetchAll
-    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("account"); // what differs from a good account
+    QTest::addColumn<bool>("check");
+    QTest::addColumn<QString>("line");
     using Script = std::function<void(ScriptedPopServer&)>;
     const Script none = [](ScriptedPopServer&) {
     };
-    QTest::newRow("reset before the greeting")
-        << Script([](ScriptedPopServer& s) { s.resetAt(Stage::Greeting); }) << false << false << 0
-        << PopError::ConnectionReset;
-    QTest::newRow("reset at the password")
-        << Script([](ScriptedPopServer& s) { s.resetAt(Stage::Pass); }) << false << false << 0
-        << PopError::ConnectionReset;
-    QTest::newRow("not a POP3 greeting")
-        << Script([](ScriptedPopServer& s) { s.setGreeting("HTTP/1.1 400 Bad Request"); }) << false
-        << false << 0 << PopError::NotPop3Greeting;
-    QTest::newRow("busy greeting")
-        << Script([](ScriptedPopServer& s) { s.failAt(Stage::Greeting, "-ERR busy"); }) << false
-        << false << 0 << PopError::ServerRefused;
-    QTest::newRow("wrong password")
-        << Script([](ScriptedPopServer& s) { s.setCredentials("user", "other"); }) << false << false
-        << 0 << PopError::LoginRejected;
-    QTest::newRow("unknown user") << Script([](ScriptedPopServer& s) {
-        s.failAt(Stage::User, "-ERR who?");
-    }) << false << false << 0 << PopError::LoginRejected;
-    QTest::newRow("STAT refused") << Script([](ScriptedPopServer& s) { s.failAt(Stage::Stat); })
-                                  << false << false << 0 << PopError::StatFailed;
-    QTest::newRow("LIST refused") << Script([](ScriptedPopServer& s) { s.failAt(Stage::List); })
-                                  << false << false << 1 << PopError::ListingFailed;
-    QTest::newRow("offered UIDL refused")
-        << Script([](ScriptedPopServer& s) { s.failAt(Stage::Uidl); }) << false << false << 2
-        << PopError::ListingFailed;
-    QTest::newRow("RETR refused") << Script([](ScriptedPopServer& s) {
-        s.failAt(Stage::Retr, "-ERR gone", 2);
-    }) << false << false << 2 << PopError::RetrieveFailed;
-    QTest::newRow("reset in the middle of a message")
-        << Script([](ScriptedPopServer& s) { s.resetAt(Stage::Retr, 2, 100); }) << false << false
-        << 2 << PopError::ConnectionLost;
-    QTest::newRow("stall in the middle of a message")
-        << Script([](ScriptedPopServer& s) { s.stallAt(Stage::Retr, 2, 100); }) << false << false
-        << 2 << PopError::RetrieveTimedOut;
-    QTest::newRow("TLS against a plain server")
-        << none << false << false << -1 << PopError::TlsHandshake;
-    QTest::newRow("certificate nobody vouches for") << none << true << true << 0 << -2;
+    auto row = [](const char* name, Script script, const QString& account, bool check,
+                  const QString& line) {
+        QTest::newRow(name) << script << account << check << line;
+    };
+    row("refused", none, "port=closed", false, "10061 - Connection refused");
+    row(
+        "stall before the greeting", [](ScriptedPopServer& s) { s.stallAt(Stage::Greeting); }, "",
+        false, "10060 - Winsock Error - Connection Timed Out");
+    row(
+        "reset before the greeting", [](ScriptedPopServer& s) { s.resetAt(Stage::Greeting); }, "",
+        false, "10054 - Winsock Error - Connection Reset by Peer");
+    row(
+        "reset at the password", [](ScriptedPopServer& s) { s.resetAt(Stage::Pass); }, "", false,
+        "10054 - Winsock Error - Connection Reset by Peer");
+    row("no host name", none, "host=", false, "30001 - No host name given");
+    row("port beyond 16 bits", none, "port=70000", false,
+        "30002 - Port 70000 is outside 1 to 65535");
+    row(
+        "not a POP3 greeting",
+        [](ScriptedPopServer& s) { s.setGreeting("HTTP/1.1 400 Bad Request"); }, "", false,
+        "30003 - The server's greeting is not a POP3 greeting: HTTP/1.1 400 Bad Request");
+    row(
+        "busy", [](ScriptedPopServer& s) { s.failAt(Stage::Greeting, "-ERR busy"); }, "", false,
+        "30004 - The server refused the connection: busy");
+    row("wrong password", none, "password=wrong", false,
+        "30007 - The server rejected the password: [AUTH] Authentication failed.");
+    row(
+        "unknown user", [](ScriptedPopServer& s) { s.failAt(Stage::User, "-ERR who?"); }, "", false,
+        "30007 - The server rejected the login: who?");
+    row(
+        "STAT refused", [](ScriptedPopServer& s) { s.failAt(Stage::Stat); }, "", false,
+        "30010 - STAT failed: scripted failure");
+    row(
+        "LIST refused", [](ScriptedPopServer& s) { s.failAt(Stage::List); }, "", false,
+        "30011 - LIST failed: scripted failure");
+    row(
+        "offered UIDL refused", [](ScriptedPopServer& s) { s.failAt(Stage::Uidl); }, "", true,
+        "30011 - UIDL failed: scripted failure");
+    row(
+        "RETR refused", [](ScriptedPopServer& s) { s.failAt(Stage::Retr, "-ERR gone", 2); }, "",
+        true, "30012 - RETR 2 failed: gone");
+    row(
+        "reset in the middle of a message",
+        [](ScriptedPopServer& s) { s.resetAt(Stage::Retr, 2, 100); }, "", true,
+        "30013 - The connection was lost");
+    row(
+        "stall in the middle of a message",
+        [](ScriptedPopServer& s) { s.stallAt(Stage::Retr, 2, 100); }, "", true,
+        "30014 - No answer from the server within 1 seconds");
+    row("TLS against a plain server", none, "secure=1", false,
+        "60000 - SSL Handshake Error: This may be caused by using SSL on the\r\nwrong Port.");
+    row("certificate nobody vouches for", none, "secure=1,untrusted", false,
+        "60009 - The server's certificate failed verification: The certificate is self-signed, "
+        "and untrusted");
+    row("port that is no number", none, "port=pop", false,
+        "13 - Type mismatch: the port \"pop\" is not a number");
 }
 
 void PopClientTest::failures() {
     QFETCH(std::function<void(ScriptedPopServer&)>, script);
-    QFETCH(bool, tls);
-    QFETCH(bool, untrusted);
-    QFETCH(int, fetchStep);
-    QFETCH(int, number);
+    QFETCH(QString, account);
+    QFETCH(bool, check);
+    QFETCH(QString, line);
+    const bool tls = account.contains("untrusted");
     ScriptedPopServer server;
-    QVERIFY(server.listen(tls ? certificate.get() : nullptr, untrusted));
+    QVERIFY(server.listen(tls ? certificate.get() : nullptr, tls));
     server.setMessages(mailbox(3));
     script(server);
-    QtPopClient client;
-    // -1: the client asks for TLS where the server has none.
-    aim(client, server.port(), tls || fetchStep < 0);
-    int failed = failureOf(client, [&] { client.Connect(); });
-    if (failed == 0 && fetchStep == 1)
-        failed = failureOf(client, [&] { client.Messages().ListMessages(); });
-    if (failed == 0 && fetchStep == 2)
-        failed = failureOf(client, [&] { client.Messages().FetchAll(); });
-    if (number == -2) {
-        QVERIFY2(failed > PopError::TlsHandshake, qPrintable(client.ErrorText()));
-        QVERIFY(client.ErrorText().contains("certificate"));
-    } else {
-        QVERIFY2(failed == number,
-                 qPrintable(QString("%1: %2").arg(failed).arg(client.ErrorText())));
-    }
-    client.Disconnect();
-}
 
-void PopClientTest::stalledServerTimesOutWithinTheTimeout() {
-    ScriptedPopServer server;
-    QVERIFY(server.listen());
-    server.stallAt(Stage::Greeting);
-    QtPopClient client;
-    aim(client, server.port());
+    TestRig rig;
+    rig.addAccount(1, "Home");
+    const QString s = "Settings\\";
+    QString port = QString::number(server.port());
+    rig.settings.set(s + "AcntServer1", "127.0.0.1");
+    rig.settings.set(s + "AcntLoginID1", "user");
+    rig.settings.set(s + "AcntPassword1", "secret");
+    rig.settings.set(s + "Options\\ConnectTimeOut", "1");
+    for (const QString& change : account.split(',', Qt::SkipEmptyParts)) {
+        const QString key = change.section('=', 0, 0);
+        const QString value = change.section('=', 1);
+        if (key == "port")
+            port = value == "closed" ? QString::number(ScriptedPopServer::closedPort()) : value;
+        else if (key == "host")
+            rig.settings.set(s + "AcntServer1", value);
+        else if (key == "password")
+            rig.settings.set(s + "AcntPassword1", value);
+        else if (key == "secure" || key == "untrusted")
+            rig.settings.set(s + "AcntSecure1", "1");
+    }
+    rig.settings.set(s + "AcntPort1", port);
+    rig.ctx->svc.pop = &pop;
+    QVERIFY(rig.start());
     QElapsedTimer elapsed;
     elapsed.start();
-    QCOMPARE(failureOf(client, [&] { client.Connect(); }), PopError::TimedOut);
-    QVERIFY(elapsed.elapsed() >= 900);
+    if (check)
+        CheckAllAccounts(*rig.ctx);
+    else
+        TestAccountConnection(*rig.ctx);
+    // Every wait is bounded by the one-second time-out.
     QVERIFY(elapsed.elapsed() < 3000);
-
-    QtPopClient refused;
-    aim(refused, ScriptedPopServer::closedPort());
-    QCOMPARE(failureOf(refused, [&] { refused.Connect(); }), PopError::ConnectionRefused);
-    refused.setPort(70000);
-    QCOMPARE(failureOf(refused, [&] { refused.Connect(); }), PopError::BadPort);
-    refused.setHostName(" ");
-    QCOMPARE(failureOf(refused, [&] { refused.Connect(); }), PopError::NoHostName);
+    QCOMPARE(rig.boxes.boxes.size(), 1);
+    const RecordedBoxes::Box& box = rig.boxes.boxes[0];
+    QCOMPARE(box.title, check ? QString("Velmora - Error Processing Messages")
+                              : QString("Velmora - Test Connection Failure"));
+    QVERIFY2(box.text.contains("Error Message:\r\n" + line + "\r\n\r\n"), qPrintable(box.text));
 }
 
 void PopClientTest::fetchesWholeMessagesPipelined() {
