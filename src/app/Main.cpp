@@ -34,16 +34,7 @@ bool Main(AppContext& ctx) {
     const int extra = interval < 16 && ctx.now().time().second() > 19 ? 1 : 0;
     NextAutoCheck(ctx, extra);
 
-    if (ctx.options.UseInterval == 1) {
-        ctx.tmrMailTime->setEnabled(true);
-        ctx.tmrStatusBar->setEnabled(false);
-        v.setCaption("mnuTrayAutoCheck", "&Auto Check - On|#AutoCheckOn");
-    } else {
-        ctx.tmrMailTime->setEnabled(false);
-        ctx.tmrStatusBar->setEnabled(true);
-        ctx.NextCheckText = QStringLiteral("Auto Check Off");
-        v.setCaption("mnuTrayAutoCheck", "&Auto Check - Off|#AutoCheckOff");
-    }
+    SetAutoCheckTimers(ctx);
     v.setPanelText(4, ctx.NextCheckText);
 
     if (ctx.options.MinimizeStartUp == 1)

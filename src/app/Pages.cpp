@@ -175,6 +175,24 @@ void tbrButtons_ButtonClick(AppContext& ctx, int index) {
     // those pages.
 }
 
+namespace {
+
+// What needs an account: enabled with the first, disabled with the last.
+void SetAccountControls(MainView& v, bool enabled) {
+    for (const char* key :
+         {"EmailPreview", "EmailDelete", "EmailReply", "EmailOpen", "EmailNew", "EmailCheck"})
+        v.setEnabled(Button("tbrEmail", key), enabled);
+    for (const char* key : {"AcntDelete", "AcntTest"})
+        v.setEnabled(Button("tbrAcnts", key), enabled);
+    v.setEnabled("lvwEmail", enabled);
+    for (const char* entry :
+         {"mnuTrayRunClient", "mnuTrayCheckAll", "mnuTrayNewMessage", "mnuTrayAutoCheck",
+          "mnuTraySounds", "mnuTrayOptions", "mnuTrayMenuColours"})
+        v.setEnabled(entry, enabled);
+}
+
+} // namespace
+
 void SetAccountState(AppContext& ctx) {
     if (ctx.accounts.AcntNum == 0) {
         ShowNoAccountState(ctx);
@@ -185,37 +203,21 @@ void SetAccountState(AppContext& ctx) {
     v.setVisible("fraRulesToolbar", true);
     for (const char* bar : {"tbrEmail", "tbrAcnts", "tbrRules"})
         v.setEnabled(bar, true);
-    for (const char* key :
-         {"EmailPreview", "EmailDelete", "EmailReply", "EmailOpen", "EmailNew", "EmailCheck"})
-        v.setEnabled(Button("tbrEmail", key), true);
-    for (const char* key : {"AcntDelete", "AcntTest"})
-        v.setEnabled(Button("tbrAcnts", key), true);
     for (int i : {0, 2, 3, 4, 5, 8})
         v.setEnabled(Element(kPageButtons, i), true);
-    v.setEnabled("lvwEmail", true);
-    for (const char* entry :
-         {"mnuTrayRunClient", "mnuTrayCheckAll", "mnuTrayNewMessage", "mnuTrayAutoCheck",
-          "mnuTraySounds", "mnuTrayOptions", "mnuTrayMenuColours"})
-        v.setEnabled(entry, true);
+    // "EmailSpam" is left to the list fill.
+    SetAccountControls(v, true);
 }
 
 void ShowNoAccountState(AppContext& ctx) {
     MainView& v = *ctx.view;
     v.setVisible("fraNoAcntsBanner", true);
     v.setVisible("fraRulesToolbar", false);
-    for (const char* key : {"EmailPreview", "EmailDelete", "EmailSpam", "EmailReply", "EmailOpen",
-                            "EmailNew", "EmailCheck"})
-        v.setEnabled(Button("tbrEmail", key), false);
-    for (const char* key : {"AcntDelete", "AcntTest"})
-        v.setEnabled(Button("tbrAcnts", key), false);
+    v.setEnabled(Button("tbrEmail", "EmailSpam"), false);
     // With no account neither Close nor Check All is offered.
     for (int i : {2, 3})
         v.setEnabled(Element(kPageButtons, i), false);
-    v.setEnabled("lvwEmail", false);
-    for (const char* entry :
-         {"mnuTrayRunClient", "mnuTrayCheckAll", "mnuTrayNewMessage", "mnuTrayAutoCheck",
-          "mnuTraySounds", "mnuTrayOptions", "mnuTrayMenuColours"})
-        v.setEnabled(entry, false);
+    SetAccountControls(v, false);
 }
 
 void StartClientProgram(AppContext& ctx) {

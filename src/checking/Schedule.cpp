@@ -64,6 +64,16 @@ void NextAutoCheck(AppContext& ctx, int extraMinutes) {
     ctx.SavedNextCheckTime = ctx.NextCheckTime;
 }
 
+void SetAutoCheckTimers(AppContext& ctx) {
+    const bool on = ctx.options.UseInterval == 1;
+    ctx.tmrMailTime->setEnabled(on);
+    ctx.tmrStatusBar->setEnabled(!on);
+    ctx.view->setCaption("mnuTrayAutoCheck",
+                         on ? "&Auto Check - On|#AutoCheckOn" : "&Auto Check - Off|#AutoCheckOff");
+    if (!on)
+        ctx.NextCheckText = QStringLiteral("Auto Check Off");
+}
+
 void tmrMailTime_Timer(AppContext& ctx) {
     UpdateClockPanel(ctx);
     if (ctx.accounts.AcntNum == 0)

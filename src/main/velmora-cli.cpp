@@ -1,17 +1,11 @@
 // The command-line program: the logic on the real platform, without
-// widgets, a window kept in memory and message boxes recorded.
+// widgets, a window kept in memory and message boxes and sounds recorded.
 #include "app/AppContext.h"
 #include "app/CommandLine.h"
 #include "platform/RecordedBoxes.h"
 #include "platform/RecordedSounds.h"
 #include "platform/StateView.h"
-#include "platform/qt/GuardedTimer.h"
-#include "platform/qt/IniProfileFiles.h"
-#include "platform/qt/LocalFiles.h"
-#include "platform/qt/QtEventPump.h"
-#include "platform/qt/QtPopClient.h"
-#include "platform/qt/QtSettingsStore.h"
-#include "platform/qt/SystemClock.h"
+#include "platform/qt/QtPlatform.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -22,27 +16,14 @@ int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName("Velmora");
 
-    QtSettingsStore settings;
+    QtPlatform platform(QCoreApplication::applicationDirPath());
     RecordedBoxes boxes;
     RecordedSounds sounds;
-    SystemClock clock;
-    GuardedTimerFactory timers;
-    QtEventPump pump;
-    LocalFiles files(LocalFiles::DataFolderBeside(QCoreApplication::applicationDirPath()));
-    QtPopClientFactory pop;
-    IniProfileFiles profiles;
     StateView view;
 
-    Services services;
-    services.settings = &settings;
+    Services services = platform.services();
     services.boxes = &boxes;
-    services.clock = &clock;
-    services.timers = &timers;
-    services.events = &pump;
-    services.files = &files;
-    services.pop = &pop;
     services.sound = &sounds;
-    services.profiles = &profiles;
 
     AppContext ctx(services);
     ctx.view = &view;

@@ -49,10 +49,8 @@ void SaveOptions(AppContext& ctx, const Options& working) {
     // Auto Check follows at once. Switching it off and on again returns to
     // the same next time; a new interval or window works it out afresh.
     MainView& v = *ctx.view;
+    SetAutoCheckTimers(ctx);
     if (record.UseInterval == 1) {
-        ctx.tmrMailTime->setEnabled(true);
-        ctx.tmrStatusBar->setEnabled(false);
-        v.setCaption("mnuTrayAutoCheck", "&Auto Check - On|#AutoCheckOn");
         if (intervalSwitched && !timingChanged) {
             ctx.NextCheckText = ctx.SavedNextCheckText;
             ctx.NextCheckTime = ctx.SavedNextCheckTime;
@@ -61,11 +59,6 @@ void SaveOptions(AppContext& ctx, const Options& working) {
             ctx.NoCheckPostponed = false;
             NextAutoCheck(ctx, 0);
         }
-    } else {
-        ctx.tmrMailTime->setEnabled(false);
-        ctx.tmrStatusBar->setEnabled(true);
-        ctx.NextCheckText = QStringLiteral("Auto Check Off");
-        v.setCaption("mnuTrayAutoCheck", "&Auto Check - Off|#AutoCheckOff");
     }
     v.setPanelText(4, ctx.NextCheckText);
 }

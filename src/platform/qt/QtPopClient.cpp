@@ -150,17 +150,20 @@ QByteArray QtPopClient::readStatus(int timeoutError, int lostError) {
         case PopReader::NeedMore:
             break;
         }
-        switch (connection->waitForData()) {
-        case PopConnection::Data:
-            break;
-        case PopConnection::TimedOut:
-            fail(timeoutError,
-                 QStringLiteral("No answer from the server within %1 seconds").arg(timeoutSeconds));
-        case PopConnection::Closed:
-            fail(lostError, QStringLiteral("The server closed the connection"));
-        case PopConnection::Aborted:
-            fail(lostError, QStringLiteral("The connection was ended"));
-        }
+        waitForMore(timeoutError, lostError);
+    }
+}
+
+void QtPopClient::waitForMore(int timeoutError, int lostError) {
+    switch (connection->waitForData()) {
+    case PopConnection::Data:
+        return;
+    case PopConnection::TimedOut:
+        fail(timeoutError,
+             QStringLiteral("No answer from the server within %1 seconds").arg(timeoutSeconds));
+    case PopConnection::Closed:
+    case PopConnection::Aborted:
+        fail(lostError, QStringLiteral("The connection was lost"));
     }
 }
 
@@ -182,16 +185,7 @@ void QtPopClient::readBlock(QByteArray& out, int timeoutError, int lostError, qi
         }
         if (result == PopReader::Done)
             return;
-        switch (connection->waitForData()) {
-        case PopConnection::Data:
-            break;
-        case PopConnection::TimedOut:
-            fail(timeoutError,
-                 QStringLiteral("No answer from the server within %1 seconds").arg(timeoutSeconds));
-        case PopConnection::Closed:
-        case PopConnection::Aborted:
-            fail(lostError, QStringLiteral("The connection was lost"));
-        }
+        waitForMore(timeoutError, lostError);
     }
 }
 

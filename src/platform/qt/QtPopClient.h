@@ -49,6 +49,8 @@ private:
     void requireConnection();
     void openSocket();
     QByteArray readStatus(int timeoutError, int lostError);
+    // Waits for more of a reply; fails with the number for silence or loss.
+    void waitForMore(int timeoutError, int lostError);
     PopReader::Status command(const QByteArray& line, int timeoutError, int lostError);
     void readBlock(QByteArray& out, int timeoutError, int lostError, qint64* progress = nullptr,
                    qint64 total = 0);
