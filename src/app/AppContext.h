@@ -37,6 +37,9 @@ struct AppContext {
     int FirstUse = 0;
     bool FormLoading = false;
     bool QuitRequested = false;
+    // The main form is being unloaded: a check still on the call stack
+    // winds down without boxes, sounds or windows.
+    bool Unloading = false;
     bool MenuHooked = false;
 
     // The stores.

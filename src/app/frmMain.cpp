@@ -177,6 +177,8 @@ void Form_Unload(AppContext& ctx, bool& Cancel) {
         MinimizeToTray(ctx);
         return;
     }
+    ctx.Unloading = true;
+    ctx.StopRequested = true;
     if (ctx.MenuHooked)
         ReleaseMenus(ctx);
     ReleasePopClient(ctx);

@@ -117,6 +117,8 @@ void PlaySoundFile(AppContext& ctx, int account) {
 }
 
 void PlayWave(AppContext& ctx, const QString& path) {
+    if (ctx.Unloading)
+        return;
     // One of the three places the program yields by itself.
     ctx.svc.events->DoEvents();
     if (ctx.svc.sound)

@@ -28,6 +28,8 @@ QString Head(AppContext& ctx, int account, int number, const QString& text) {
 
 void ShowConnectionError(AppContext& ctx, int account, int number, QString text,
                          const QString& title) {
+    if (ctx.Unloading)
+        return;
     if (number > 10000 && number < 30000) {
         if (number == PopError::ConnectionReset)
             text = QStringLiteral("Winsock Error - Connection Reset by Peer");
@@ -54,6 +56,8 @@ void ShowConnectionError(AppContext& ctx, int account, int number, QString text,
 
 void ShowUnexpectedError(AppContext& ctx, int account, int number, const QString& text,
                          const QString& title) {
+    if (ctx.Unloading)
+        return;
     const QString message =
         Head(ctx, account, number, text) +
         QStringLiteral("Please report this error to Kestrum with the Number") + CRLF +

@@ -26,8 +26,12 @@ void CreatePopClient(AppContext& ctx) {
 }
 
 void ReleasePopClient(AppContext& ctx) {
-    ctx.PopClient.reset();
-    ctx.RetiredPopClients.clear();
+    // The client may be inside a blocking call when the program ends: its
+    // line is dropped and the object kept until that call has returned.
+    if (ctx.PopClient) {
+        ctx.PopClient->Abort();
+        ctx.RetiredPopClients.push_back(std::move(ctx.PopClient));
+    }
 }
 
 void ReplacePopClient(AppContext& ctx) {
@@ -80,6 +84,8 @@ void CloseConnection(AppContext& ctx) {
 }
 
 void TestConnection(AppContext& ctx, int account) {
+    if (!ctx.PopClient)
+        return;
     try {
         PrepareConnection(ctx, account);
         ctx.PopClient->Connect();
@@ -120,6 +126,8 @@ bool SilencedConnectError(int number) {
 } // namespace
 
 void RetrieveAccount(AppContext& ctx, int account) {
+    if (!ctx.PopClient)
+        return;
     Account& a = ctx.accounts[account];
     try {
         PrepareConnection(ctx, account);

@@ -84,6 +84,9 @@ public:
     // Sends the deletions marked on messages, then QUIT, and closes. Safe
     // when nothing is connected.
     virtual void Disconnect() = 0;
+    // Drops the line at once, without QUIT, so nothing marked is deleted; a
+    // blocking call in progress fails and returns.
+    virtual void Abort() = 0;
     virtual PopMessages& Messages() = 0;
 
     // Above 0 when the last failure came from the client.

@@ -64,6 +64,7 @@ public:
         }
         connected = false;
     }
+    void Abort() override { connected = false; }
     PopMessages& Messages() override { return *this; }
     int LastError() const override { return lastError; }
     QString ErrorText() const override { return errorText; }

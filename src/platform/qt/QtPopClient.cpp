@@ -371,6 +371,12 @@ void QtPopClient::sendDeletions() {
     }
 }
 
+void QtPopClient::Abort() {
+    if (connection)
+        connection->abort();
+    loggedIn = false;
+}
+
 void QtPopClient::Disconnect() {
     if (!connection)
         return;

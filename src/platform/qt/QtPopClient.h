@@ -35,6 +35,7 @@ public:
 
     void Connect() override;
     void Disconnect() override;
+    void Abort() override;
     PopMessages& Messages() override { return *this; }
     int LastError() const override { return lastError; }
     QString ErrorText() const override { return errorText; }
