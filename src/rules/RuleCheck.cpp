@@ -4,7 +4,6 @@
 #include "platform/MessageBoxes.h"
 
 #include <cmath>
-#include <optional>
 
 namespace velmora {
 
@@ -38,16 +37,6 @@ bool Part(const QString& text, qsizetype start, qsizetype blank, QString& part) 
     return true;
 }
 
-// Position of y in x by exact search, counting from 1: 0 when absent or
-// when x is blank; 1 when y is blank and x is not.
-qsizetype Pos(const QString& x, const QString& y) {
-    if (x.isEmpty())
-        return 0;
-    if (y.isEmpty())
-        return 1;
-    return x.indexOf(y) + 1;
-}
-
 QString After(const QString& text, qsizetype from) {
     return from - 1 >= text.size() ? QString() : text.mid(from - 1);
 }
@@ -64,66 +53,92 @@ int Int16(const QString& text) {
     return int(rounded);
 }
 
-// The message fields the tests read, with their upper-case forms made once.
-struct Fields {
-    explicit Fields(const MailMessage& m) : m(m) {}
-    const QString& text(const QString& where) const {
-        return where == QLatin1String("From")      ? m.From
-               : where == QLatin1String("To")      ? m.To
-               : where == QLatin1String("Subject") ? m.Subject
-                                                   : m.Body;
-    }
-    const QString& upper(const QString& where) const {
-        const int i = where == QLatin1String("From")      ? 0
-                      : where == QLatin1String("To")      ? 1
-                      : where == QLatin1String("Subject") ? 2
-                                                          : 3;
-        if (!uppers[i])
-            uppers[i] = text(where).toUpper();
-        return *uppers[i];
-    }
-    const MailMessage& m;
-    mutable std::optional<QString> uppers[4];
-};
+const int kNoField = -1;
 
-bool TextTest(const RuleEntry& e, const QString& f, const QString& upperF) {
-    const bool negated = e.Not == QLatin1String("NOT");
-    const bool contains = e.Condition == QLatin1String("Contains");
-    if (!contains && e.Condition != QLatin1String("Equals"))
-        return false;
-    switch (e.form) {
-    case RuleEntry::Plain:
-        if (contains)
-            return negated ? Pos(upperF, e.upperCriteria) == 0 : Pos(upperF, e.upperCriteria) >= 1;
-        return negated ? f != e.Criteria : f == e.Criteria;
-    case RuleEntry::Star:
-    case RuleEntry::Question: {
-        if (contains) {
-            const qsizetype p = Pos(upperF, e.upperPrefix);
-            const qsizetype s = Pos(upperF, e.upperSuffix);
-            if (negated)
-                return p == 0 || s == 0;
-            // The "?" form bounds where the suffix may stand; neither form
-            // asks that it stand behind the prefix.
-            return p >= 1 && s >= 1 && (e.form == RuleEntry::Star || s <= e.Criteria.size());
-        }
-        const bool head = f.left(e.prefix.size()) == e.prefix;
-        // Past the wildcard as if it stood for one character, in the negated
-        // "*" form too, which is therefore no opposite of its plain one.
-        const bool tail = After(f, e.prefix.size() + 2) == e.suffix;
-        if (negated)
-            return !head || !tail;
-        if (e.form == RuleEntry::Star)
-            return head && f.right(e.suffix.size()) == e.suffix;
-        return head && tail;
-    }
-    }
-    return false;
+int FieldIndex(const QString& where) {
+    return where == QLatin1String("From")      ? 0
+           : where == QLatin1String("To")      ? 1
+           : where == QLatin1String("Subject") ? 2
+           : where == QLatin1String("Body")    ? 3
+                                               : kNoField;
 }
 
-bool SizeTest(const RuleEntry& e, const QString& size) {
-    const int f = Int16(size);
-    const int c = Int16(e.Criteria);
+// One message as the tests read it: each text field scanned once for every
+// needle of the rules, when a test first asks.
+struct MessageScan {
+    MessageScan(const MailMessage& m, const RuleParseCache& cache) : m(m), cache(cache) {}
+    const QString& text(int field) const {
+        return field == 0 ? m.From : field == 1 ? m.To : field == 2 ? m.Subject : m.Body;
+    }
+    int pos(int field, int needle) const {
+        std::vector<int>& first = found[field];
+        if (!scanned[field]) {
+            cache.scanners[field].scan(text(field), first);
+            scanned[field] = true;
+        }
+        return first[size_t(needle)];
+    }
+    // The message's size as a number, read once; a failure when it is none.
+    int size() const;
+
+    const MailMessage& m;
+    const RuleParseCache& cache;
+    mutable bool scanned[4] = {false, false, false, false};
+    mutable std::vector<int> found[4];
+    mutable int sizeState = 0; // 0 not read, 1 a number, 2 none
+    mutable int sizeNumber = 0;
+};
+
+bool TextTest(const RuleEntry& e, const MessageScan& scan) {
+    const bool negated = e.Not == QLatin1String("NOT");
+    const QString& f = scan.text(e.field);
+    if (e.Condition == QLatin1String("Contains")) {
+        if (e.form == RuleEntry::Plain) {
+            const int p = scan.pos(e.field, e.criteriaNeedle);
+            return negated ? p == 0 : p >= 1;
+        }
+        const int p = scan.pos(e.field, e.prefixNeedle);
+        const int s = scan.pos(e.field, e.suffixNeedle);
+        if (negated)
+            return p == 0 || s == 0;
+        // The "?" form bounds where the suffix may stand; neither form asks
+        // that it stand behind the prefix.
+        return p >= 1 && s >= 1 && (e.form == RuleEntry::Star || s <= e.Criteria.size());
+    }
+    if (e.Condition != QLatin1String("Equals"))
+        return false;
+    if (e.form == RuleEntry::Plain)
+        return negated ? f != e.Criteria : f == e.Criteria;
+    const bool head = f.left(e.prefix.size()) == e.prefix;
+    // Past the wildcard as if it stood for one character, in the negated
+    // "*" form too, which is therefore no opposite of its plain one.
+    const bool tail = After(f, e.prefix.size() + 2) == e.suffix;
+    if (negated)
+        return !head || !tail;
+    if (e.form == RuleEntry::Star)
+        return head && f.right(e.suffix.size()) == e.suffix;
+    return head && tail;
+}
+
+int MessageScan::size() const {
+    if (sizeState == 0) {
+        try {
+            sizeNumber = Int16(m.Size);
+            sizeState = 1;
+        } catch (const RuleFailure&) {
+            sizeState = 2;
+        }
+    }
+    if (sizeState == 2)
+        throw RuleFailure{};
+    return sizeNumber;
+}
+
+bool SizeTest(const RuleEntry& e, const MessageScan& scan) {
+    const int f = scan.size();
+    if (!e.criteriaIsNumber)
+        throw RuleFailure{};
+    const int c = e.criteriaNumber;
     const bool negated = e.Not == QLatin1String("NOT");
     // Strict both ways: a size equal to the criteria fits neither
     // "GreaterThan" nor its negation.
@@ -136,45 +151,85 @@ bool SizeTest(const RuleEntry& e, const QString& size) {
     return false;
 }
 
-const ParsedRule& Parsed(AppContext& ctx, int n) {
-    const Rule& rule = ctx.LiveRules[n];
-    QStringList source;
-    for (int i = 1; i <= rule.DescCount; ++i)
-        source.append(rule.Description[i]);
-    QVector<ParsedRule>& cache = ctx.RuleCache.rules;
-    if (cache.size() <= n)
-        cache.resize(n + 1);
-    ParsedRule& parsed = cache[n];
-    if (parsed.source == source)
-        return parsed;
-    parsed = ParsedRule();
-    parsed.source = source;
-    for (const QString& text : source) {
-        RuleEntry entry;
-        if (!ParseRuleEntry(text, entry, parsed.Conjunction)) {
-            parsed.malformed = true;
-            break;
+// The rules' texts as the cache last saw them; evaluation never reads a
+// stale parse.
+bool Unchanged(const RuleSet& live, const RuleParseCache& cache) {
+    if (cache.sources.size() != live.RuleCount + 1)
+        return false;
+    for (int n = 1; n <= live.RuleCount; ++n) {
+        const QStringList& seen = cache.sources[n];
+        const int count = qMin(live[n].DescCount, MaxRuleEntries);
+        if (seen.size() != qMax(count, 0))
+            return false;
+        for (int i = 1; i <= count; ++i) {
+            if (seen[i - 1] != live[n].Description[i])
+                return false;
         }
-        parsed.entries.append(entry);
     }
-    return parsed;
+    return true;
 }
 
-bool Evaluate(const ParsedRule& rule, const MailMessage& m) {
+void Refresh(AppContext& ctx) {
+    const RuleSet& live = ctx.LiveRules;
+    RuleParseCache& cache = ctx.RuleCache;
+    if (Unchanged(live, cache))
+        return;
+    QVector<QStringList> sources(live.RuleCount + 1);
+    for (int n = 1; n <= live.RuleCount; ++n) {
+        for (int i = 1; i <= live[n].DescCount && i <= MaxRuleEntries; ++i)
+            sources[n].append(live[n].Description[i]);
+    }
+    cache.sources = sources;
+    cache.rules = QVector<ParsedRule>(sources.size());
+    QStringList needles[4];
+    auto needle = [&needles](int field, const QString& upper) {
+        qsizetype at = needles[field].indexOf(upper);
+        if (at < 0) {
+            at = needles[field].size();
+            needles[field].append(upper);
+        }
+        return int(at);
+    };
+    for (int n = 1; n < sources.size(); ++n) {
+        ParsedRule& parsed = cache.rules[n];
+        for (const QString& text : sources[n]) {
+            RuleEntry entry;
+            if (!ParseRuleEntry(text, entry, parsed.Conjunction)) {
+                parsed.malformed = true;
+                break;
+            }
+            entry.field = FieldIndex(entry.Where);
+            try {
+                entry.criteriaNumber = Int16(entry.Criteria);
+                entry.criteriaIsNumber = true;
+            } catch (const RuleFailure&) {
+            }
+            if (entry.field != kNoField && entry.Condition == QLatin1String("Contains")) {
+                entry.criteriaNeedle = needle(entry.field, entry.upperCriteria);
+                entry.prefixNeedle = needle(entry.field, entry.upperPrefix);
+                entry.suffixNeedle = needle(entry.field, entry.upperSuffix);
+            }
+            parsed.entries.append(entry);
+        }
+    }
+    for (int field = 0; field < 4; ++field)
+        cache.scanners[field].build(needles[field]);
+}
+
+bool Evaluate(const ParsedRule& rule, const MessageScan& scan) {
     if (rule.malformed)
         throw RuleFailure{};
-    const Fields fields(m);
+    const MailMessage& m = scan.m;
     const int count = int(rule.entries.size());
     QVector<bool> match(count, false);
     for (int i = 0; i < count; ++i) {
         const RuleEntry& e = rule.entries[i];
-        if (e.Where == QLatin1String("From") || e.Where == QLatin1String("To") ||
-            e.Where == QLatin1String("Subject") || e.Where == QLatin1String("Body"))
-            match[i] = TextTest(e, fields.text(e.Where), fields.upper(e.Where));
+        if (e.field != kNoField)
+            match[i] = TextTest(e, scan);
         else if (e.Where == QLatin1String("Attachment"))
             match[i] = e.Not == QLatin1String("NOT") ? !m.Attach : m.Attach;
         else if (e.Where == QLatin1String("Size"))
-            match[i] = SizeTest(e, m.Size);
+            match[i] = SizeTest(e, scan);
         else
             return false;
         if (match[i] && count == 1)
@@ -231,15 +286,17 @@ bool ParseRuleEntry(const QString& d, RuleEntry& entry, QString& conjunction) {
         entry.prefix = c.left(at);
         entry.suffix = c.mid(at + 1);
     }
-    entry.upperCriteria = c.toUpper();
-    entry.upperPrefix = entry.prefix.toUpper();
-    entry.upperSuffix = entry.suffix.toUpper();
+    entry.upperCriteria = RuleUpper(c);
+    entry.upperPrefix = RuleUpper(entry.prefix);
+    entry.upperSuffix = RuleUpper(entry.suffix);
     return true;
 }
 
-bool RuleMatches(AppContext& ctx, int rule, int account, int message) {
+namespace {
+
+bool Matches(AppContext& ctx, int rule, const MessageScan& scan) {
     try {
-        return Evaluate(Parsed(ctx, rule), ctx.messages.at(account, message));
+        return Evaluate(ctx.RuleCache.rules[rule], scan);
     } catch (const RuleFailure&) {
         ctx.svc.boxes->show(
             ctx.AppTitle, QStringLiteral("Rule Check - Process Error\r\nRemove from final code!!"),
@@ -248,11 +305,22 @@ bool RuleMatches(AppContext& ctx, int rule, int account, int message) {
     }
 }
 
+} // namespace
+
+bool RuleMatches(AppContext& ctx, int rule, int account, int message) {
+    Refresh(ctx);
+    return Matches(ctx, rule, MessageScan(ctx.messages.at(account, message), ctx.RuleCache));
+}
+
 void RuleCheck(AppContext& ctx, int account, int message) {
     MailMessage& m = ctx.messages.at(account, message);
     m.Delete = false;
     m.Spam = false;
     const RuleSet& live = ctx.LiveRules;
+    if (live.RuleCount < 1)
+        return;
+    Refresh(ctx);
+    const MessageScan scan(m, ctx.RuleCache);
     Account& a = ctx.accounts[account];
     for (int r = 1; r <= live.RuleCount; ++r) {
         const Rule& rule = live[r];
@@ -260,7 +328,7 @@ void RuleCheck(AppContext& ctx, int account, int message) {
             continue;
         if (rule.Enabled != 1)
             continue;
-        if (!RuleMatches(ctx, r, account, message))
+        if (!Matches(ctx, r, scan))
             continue;
         // The first fitting rule with a marking action decides; Ignore
         // protects nothing.

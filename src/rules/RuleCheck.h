@@ -1,5 +1,7 @@
 #pragma once
 
+#include "rules/NeedleScanner.h"
+
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -20,6 +22,13 @@ struct RuleEntry {
     Form form = Plain;
     QString prefix, suffix;
     QString upperCriteria, upperPrefix, upperSuffix;
+    // For a Contains test of a text field: the field (0 From, 1 To,
+    // 2 Subject, 3 Body) and the needles it looks for in it.
+    int field = -1;
+    int criteriaNeedle = -1, prefixNeedle = -1, suffixNeedle = -1;
+    // For a Size test: the criteria as a number, when it is one.
+    bool criteriaIsNumber = false;
+    int criteriaNumber = 0;
 };
 
 // The entries of a rule parsed from its text, kept while the text stays the
@@ -32,8 +41,12 @@ struct ParsedRule {
     QString Conjunction;
 };
 
+// The live rules parsed, with one scanner a text field for all the texts
+// the Contains tests look for in it. Rebuilt whenever a rule's text changes.
 struct RuleParseCache {
+    QVector<QStringList> sources;
     QVector<ParsedRule> rules;
+    NeedleScanner scanners[4];
 };
 
 // Decides the Delete and Spam marks of one captured message by the live

@@ -93,9 +93,29 @@ QStringList IniProfileFiles::ReadLines(const QString& file) {
     return lines;
 }
 
+const QStringList& IniProfileFiles::lines(const QString& file) {
+    const QFileInfo info(file);
+    if (file != cachedFile || !info.exists() || info.lastModified() != cachedModified ||
+        info.size() != cachedSize) {
+        cachedLines = ReadLines(file);
+        cachedFile = file;
+        cachedModified = info.exists() ? info.lastModified() : QDateTime();
+        cachedSize = info.exists() ? info.size() : -1;
+    }
+    return cachedLines;
+}
+
+void IniProfileFiles::remember(const QString& file, const QStringList& written) {
+    const QFileInfo info(file);
+    cachedFile = file;
+    cachedLines = written;
+    cachedModified = info.lastModified();
+    cachedSize = info.size();
+}
+
 int IniProfileFiles::GetPrivateProfileSection(const QString& section, QString& buffer, int size,
                                               const QString& file) {
-    const QStringList lines = ReadLines(file);
+    const QStringList& lines = this->lines(file);
     int first = 0;
     int end = 0;
     if (!FindSection(lines, section, &first, &end)) {
@@ -121,7 +141,7 @@ int IniProfileFiles::GetPrivateProfileSection(const QString& section, QString& b
 int IniProfileFiles::GetPrivateProfileString(const QString& section, const QString& key,
                                              const QString& defaultValue, QString& buffer, int size,
                                              const QString& file) {
-    const QStringList lines = ReadLines(file);
+    const QStringList& lines = this->lines(file);
     int first = 0;
     int end = 0;
     if (FindSection(lines, section, &first, &end)) {
@@ -135,7 +155,7 @@ int IniProfileFiles::GetPrivateProfileString(const QString& section, const QStri
 
 bool IniProfileFiles::WritePrivateProfileString(const QString& section, const QString& key,
                                                 const QString& value, const QString& file) {
-    QStringList lines = ReadLines(file);
+    QStringList lines = this->lines(file);
     int first = 0;
     int end = 0;
     const QString entry = key + QLatin1Char('=') + value;
@@ -150,7 +170,10 @@ bool IniProfileFiles::WritePrivateProfileString(const QString& section, const QS
             --insert;
         lines.insert(insert, entry);
     }
-    return ReplaceFile(file, (lines.join(QLatin1String("\r\n")) + QLatin1String("\r\n")).toUtf8());
+    if (!ReplaceFile(file, (lines.join(QLatin1String("\r\n")) + QLatin1String("\r\n")).toUtf8()))
+        return false;
+    remember(file, lines);
+    return true;
 }
 
 } // namespace velmora

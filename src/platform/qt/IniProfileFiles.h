@@ -2,6 +2,7 @@
 
 #include "platform/ProfileFiles.h"
 
+#include <QDateTime>
 #include <QStringList>
 
 namespace velmora {
@@ -21,6 +22,17 @@ public:
 
     // The lines of a file, without line ends; empty when it cannot be read.
     static QStringList ReadLines(const QString& file);
+
+private:
+    // The last file read or written, kept while it is unchanged on disk:
+    // a Rules file is read a key at a time.
+    const QStringList& lines(const QString& file);
+    void remember(const QString& file, const QStringList& lines);
+
+    QString cachedFile;
+    QDateTime cachedModified;
+    qint64 cachedSize = -1;
+    QStringList cachedLines;
 };
 
 } // namespace velmora

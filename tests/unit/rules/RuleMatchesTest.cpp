@@ -1,3 +1,4 @@
+#include "rules/NeedleScanner.h"
 #include "rules/RuleCheck.h"
 #include "support/TestRig.h"
 
@@ -15,6 +16,8 @@ private Q_SLOTS:
     void matches();
     void firstMarkingRuleDecides_data();
     void firstMarkingRuleDecides();
+    void scannerAgreesWithPlainSearch();
+    void scannerFindsNeedlesAcrossItsParts();
 
 private:
     std::unique_ptr<TestRig> rig;
@@ -177,6 +180,54 @@ void RuleMatchesTest::firstMarkingRuleDecides() {
     QCOMPARE(a.AcntDeleteCount, mark == "Delete" ? 1 : 0);
     QCOMPARE(a.AcntSpamCount, mark == "Spam" ? 1 : 0);
     QVERIFY(rig->boxes.boxes.isEmpty());
+}
+
+// The one-pass scan must give what a search for each needle alone gives,
+// on overlapping needles, repeats and letters beyond ASCII, in short texts
+// and in long ones, which it reads in parts.
+void RuleMatchesTest::scannerAgreesWithPlainSearch() {
+    const QString alphabet = QString::fromUtf8("abAB éÉßΣσ");
+    QRandomGenerator random(7);
+    auto word = [&](int most) {
+        QString w;
+        for (int n = int(random.bounded(most + 1)); n > 0; --n)
+            w += alphabet[int(random.bounded(int(alphabet.size())))];
+        return w;
+    };
+    for (int round = 0; round < 300; ++round) {
+        QStringList needles;
+        for (int n = 0; n < 6; ++n)
+            needles.append(RuleUpper(word(4)));
+        NeedleScanner scanner;
+        scanner.build(needles);
+        const QString text = word(round % 3 == 0 ? 3000 : 40);
+        std::vector<int> first;
+        scanner.scan(text, first);
+        const QString upper = RuleUpper(text);
+        for (int n = 0; n < needles.size(); ++n) {
+            const int expected = text.isEmpty()         ? 0
+                                 : needles[n].isEmpty() ? 1
+                                                        : int(upper.indexOf(needles[n])) + 1;
+            QVERIFY2(first[size_t(n)] == expected,
+                     qPrintable(QString("'%1' in '%2'").arg(needles[n], text)));
+        }
+    }
+}
+
+// A long text is read in four parts; a needle that straddles where one part
+// ends must still be found, once, at its first place.
+void RuleMatchesTest::scannerFindsNeedlesAcrossItsParts() {
+    NeedleScanner scanner;
+    scanner.build({"QRST", "X"});
+    for (int at = 990; at <= 1010; ++at) {
+        QString text(4000, QChar('y'));
+        text.replace(at, 4, "qrst");
+        text.replace(3999, 1, "x");
+        std::vector<int> first;
+        scanner.scan(text, first);
+        QCOMPARE(first[0], at + 1);
+        QCOMPARE(first[1], 4000);
+    }
 }
 
 QTEST_GUILESS_MAIN(RuleMatchesTest)
