@@ -52,6 +52,7 @@ void Capture(AppContext& ctx, int account, int i) {
         ctx.accounts[account].AcntIncomplete = true;
 }
 
+// Steps 3 to 6: the count, room in the store, and the fetch.
 void Fetch(AppContext& ctx, int account) {
     Account& a = ctx.accounts[account];
     a.AcntMsgCount = ctx.PopClient->Messages().Count();
@@ -67,27 +68,30 @@ void Fetch(AppContext& ctx, int account) {
     ctx.PopClient->Messages().FetchAll();
     // The server is left before any parsing or rule work.
     CloseConnection(ctx);
-    for (int i = 1; i <= a.AcntMsgCount; ++i)
-        Capture(ctx, account, i);
-    if (a.AcntIncomplete)
-        ctx.IncompleteAccounts += a.AcntName + QStringLiteral("\r\n");
 }
 
-// Steps 8 to 10: marks and counters from what the store holds.
-void Evaluate(AppContext& ctx, int account) {
+// The cells from what the client holds (when `capture`), then marks and
+// counters. Each message is filled, told new or not and run through the
+// rules in one go: no step looks at another message, and a message's
+// rules can run while the next is still being parsed.
+void Evaluate(AppContext& ctx, int account, bool capture) {
     Account& a = ctx.accounts[account];
-    if (a.AcntMsgCount > 0)
-        a.AcntHasMessages = true;
     // Only the identifiers of the first AcntMsgCount rows count as seen.
     QSet<QString> seen;
     seen.reserve(a.AcntMsgCount);
     for (int j = 1; j <= a.AcntMsgCount; ++j)
         seen.insert(ctx.messages.at(account, j).PrevMsgID);
     for (int i = 1; i <= a.AcntMsgCount; ++i) {
+        if (capture)
+            Capture(ctx, account, i);
         MailMessage& m = ctx.messages.at(account, i);
         m.New = !seen.contains(m.MsgID);
         RuleCheck(ctx, account, i);
     }
+    if (capture && a.AcntIncomplete)
+        ctx.IncompleteAccounts += a.AcntName + QStringLiteral("\r\n");
+    if (a.AcntMsgCount > 0)
+        a.AcntHasMessages = true;
     for (int i = 1; i <= a.AcntMsgCount; ++i) {
         MailMessage& m = ctx.messages.at(account, i);
         m.PrevMsgID = m.MsgID;
@@ -129,7 +133,7 @@ void ProcessMessages(AppContext& ctx, int account) {
         else
             Fetch(ctx, account);
         if (unchanged || a.AcntMsgCount > 0)
-            Evaluate(ctx, account);
+            Evaluate(ctx, account, !unchanged);
         if (ctx.options.MessageSort == 1)
             SortMessages(ctx, account, ctx.SortColumnName);
     } catch (const Failure& failure) {

@@ -3,6 +3,7 @@
 #include "app/TimeFormat.h"
 
 #include <QRegularExpression>
+#include <QStringList>
 
 namespace velmora {
 
@@ -30,38 +31,92 @@ QString TimeFormatOf(const QLocale& locale) {
     return format.remove(zone).trimmed();
 }
 
-// Reads the cut text back: the date in the locale's order, then as much of
-// the time as is left; a lone "A" or "P" still counts as the marker.
+// Reads up to two digits; false when there is none.
+bool Digits(const QString& text, qsizetype& at, int& value) {
+    const qsizetype start = at;
+    value = 0;
+    while (at < text.size() && at - start < 2 && text[at].isDigit()) {
+        value = value * 10 + text[at].digitValue();
+        ++at;
+    }
+    return at > start;
+}
+
+// As much of a time as is left after the cut: hours, then minutes and
+// seconds behind ":" or "."; a lone "A" or "P" still counts as the marker.
+// No hours: midnight.
+QTime ReadTime(const QString& text) {
+    qsizetype at = 0;
+    int parts[3] = {0, 0, 0};
+    if (!Digits(text, at, parts[0]))
+        return QTime(0, 0);
+    for (int i = 1; i < 3; ++i) {
+        qsizetype next = at;
+        if (next < text.size() && (text[next] == ':' || text[next] == '.') &&
+            Digits(text, ++next, parts[i]))
+            at = next;
+        else
+            break;
+    }
+    while (at < text.size() && text[at].isSpace())
+        ++at;
+    const QChar marker = at < text.size() ? text[at].toUpper() : QChar();
+    if (marker == 'P' && parts[0] < 12)
+        parts[0] += 12;
+    else if (marker == 'A' && parts[0] == 12)
+        parts[0] = 0;
+    return QTime(parts[0], parts[1], parts[2]);
+}
+
+// "M/d/yyyy", as the United States form writes its dates.
+QDate ReadUsDate(const QString& text) {
+    const QStringList parts = text.split('/');
+    if (parts.size() != 3)
+        return QDate();
+    bool ok[3];
+    const int month = parts[0].toInt(&ok[0]);
+    const int day = parts[1].toInt(&ok[1]);
+    const int year = parts[2].toInt(&ok[2]);
+    return ok[0] && ok[1] && ok[2] ? QDate(year, month, day) : QDate();
+}
+
+// Reads the cut text back: the date in the locale's order, then the time.
 QDateTime ParseGeneral(const QString& text, const QLocale& locale) {
     const QString trimmed = text.trimmed();
     const qsizetype blank = trimmed.indexOf(' ');
     const QString datePart = blank < 0 ? trimmed : trimmed.left(blank);
-    const QString timePart = blank < 0 ? QString() : trimmed.mid(blank + 1).trimmed();
-    const QDate date = locale.toDate(datePart, DateFormat(locale));
+    const QDate date =
+        UsForm(locale) ? ReadUsDate(datePart) : locale.toDate(datePart, DateFormat(locale));
     if (!date.isValid())
         return QDateTime();
-    static const QRegularExpression clock(
-        QStringLiteral("^(\\d{1,2})(?:[:.](\\d{1,2}))?(?:[:.](\\d{1,2}))?\\s*([AaPp])?"));
-    const QRegularExpressionMatch m = clock.match(timePart);
-    if (!m.hasMatch())
-        return QDateTime(date, QTime(0, 0));
-    int hour = m.captured(1).toInt();
-    const QString marker = m.captured(4).toUpper();
-    if (marker == QLatin1String("P") && hour < 12)
-        hour += 12;
-    else if (marker == QLatin1String("A") && hour == 12)
-        hour = 0;
-    const QTime time(hour, m.captured(2).toInt(), m.captured(3).toInt());
+    const QTime time = ReadTime(blank < 0 ? QString() : trimmed.mid(blank + 1).trimmed());
     return time.isValid() ? QDateTime(date, time) : QDateTime();
+}
+
+QString TwoDigits(int n) {
+    return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0'));
 }
 
 } // namespace
 
 QString GeneralDate(const QDateTime& date, const QLocale& locale) {
-    const QLocale usable = UsForm(locale) ? QLocale::c() : locale;
-    QString text = usable.toString(date.date(), DateFormat(locale));
-    if (date.time() != QTime(0, 0))
-        text += QLatin1Char(' ') + usable.toString(date.time(), TimeFormatOf(locale));
+    const QDate d = date.date();
+    const QTime t = date.time();
+    if (UsForm(locale)) {
+        // Built by hand: this runs for every message of every check.
+        QString text = QString::number(d.month()) + QLatin1Char('/') + QString::number(d.day()) +
+                       QLatin1Char('/') + QString::number(d.year());
+        if (t != QTime(0, 0)) {
+            const int hour = t.hour() % 12 == 0 ? 12 : t.hour() % 12;
+            text += QLatin1Char(' ') + QString::number(hour) + QLatin1Char(':') +
+                    TwoDigits(t.minute()) + QLatin1Char(':') + TwoDigits(t.second()) +
+                    (t.hour() < 12 ? QLatin1String(" AM") : QLatin1String(" PM"));
+        }
+        return text;
+    }
+    QString text = locale.toString(d, DateFormat(locale));
+    if (t != QTime(0, 0))
+        text += QLatin1Char(' ') + locale.toString(t, TimeFormatOf(locale));
     return text;
 }
 

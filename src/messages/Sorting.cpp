@@ -5,7 +5,9 @@
 #include "platform/MainView.h"
 
 #include <QStringList>
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace velmora {
 
@@ -70,7 +72,7 @@ void ExchangeMessages(AppContext& ctx, int account, int i, int j) {
 // An exchange sort: each position in turn takes the smallest (or largest)
 // of the rest, by swapping as it goes. Equal keys never swap, so the order
 // of equal messages is the one this particular walk leaves, not a stable
-// one; the keys are worked out once, but the walk is the same.
+// one.
 void SortMessages(AppContext& ctx, int account, const QString& column) {
     if (column.isEmpty())
         return;
@@ -79,20 +81,48 @@ void SortMessages(AppContext& ctx, int account, const QString& column) {
     if (index < 0)
         return;
     const int count = ctx.accounts[account].AcntMsgCount;
-    QStringList keys;
-    keys.reserve(count + 1);
-    keys.append(QString());
-    for (int n = 1; n <= count; ++n)
-        keys.append(Key(ctx.messages.at(account, n), index));
+    // The walk compares ranks of the keys, which order as the keys do, and
+    // moves positions; the messages move once, at the end.
+    std::vector<int> order(size_t(count) + 1);
+    std::vector<std::pair<QString, int>> keys;
+    keys.reserve(size_t(count));
+    for (int n = 1; n <= count; ++n) {
+        keys.emplace_back(Key(ctx.messages.at(account, n), index), n);
+        order[size_t(n)] = n;
+    }
+    std::sort(keys.begin(), keys.end());
+    std::vector<int> rank(size_t(count) + 1);
+    for (size_t k = 0; k < keys.size(); ++k)
+        rank[size_t(keys[k].second)] =
+            k > 0 && keys[k].first == keys[k - 1].first ? rank[size_t(keys[k - 1].second)] : int(k);
     const bool descending = ctx.SortDescending != 0;
     for (int i = 1; i < count; ++i) {
         for (int j = i + 1; j <= count; ++j) {
-            const int order = keys[j].compare(keys[i]);
-            if (descending ? order > 0 : order < 0) {
-                ExchangeMessages(ctx, account, i, j);
-                keys.swapItemsAt(i, j);
+            const int a = rank[size_t(j)];
+            const int b = rank[size_t(i)];
+            if (descending ? a > b : a < b) {
+                std::swap(rank[size_t(i)], rank[size_t(j)]);
+                std::swap(order[size_t(i)], order[size_t(j)]);
             }
         }
+    }
+    // Position n takes the message that stood at order[n], one exchange
+    // per message put in its place.
+    std::vector<int> at(size_t(count) + 1);    // the message now at a position
+    std::vector<int> where(size_t(count) + 1); // the position a message is at
+    for (int n = 1; n <= count; ++n)
+        at[size_t(n)] = where[size_t(n)] = n;
+    for (int n = 1; n <= count; ++n) {
+        const int wanted = order[size_t(n)];
+        const int from = where[size_t(wanted)];
+        if (from == n)
+            continue;
+        ExchangeMessages(ctx, account, n, from);
+        const int displaced = at[size_t(n)];
+        at[size_t(from)] = displaced;
+        where[size_t(displaced)] = from;
+        at[size_t(n)] = wanted;
+        where[size_t(wanted)] = n;
     }
 }
 

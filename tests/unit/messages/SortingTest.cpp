@@ -10,6 +10,7 @@ class SortingTest : public QObject {
 private Q_SLOTS:
     void order_data();
     void order();
+    void sameOrderAsTheLiteralWalk();
 };
 
 void SortingTest::order_data() {
@@ -63,6 +64,51 @@ void SortingTest::order() {
     QCOMPARE(sorted, order);
     QCOMPARE(rig.view.control("lvwEmail/" + column).image, picture);
     QCOMPARE(rig.view.control("lvwEmail/To").image, QString("Blank"));
+}
+
+// The sort keeps the literal walk's order exactly, equal keys included, on
+// many random mailboxes with few distinct keys.
+void SortingTest::sameOrderAsTheLiteralWalk() {
+    QRandomGenerator random(11);
+    for (int round = 0; round < 40; ++round) {
+        const int count = 2 + int(random.bounded(60));
+        QStringList subjects;
+        for (int i = 0; i < count; ++i)
+            subjects.append(QString(QChar('a' + int(random.bounded(5)))) +
+                            (random.bounded(2) ? "" : "x"));
+        const int descending = int(random.bounded(2));
+        // The walk as written: compare keys, exchange whole messages.
+        QList<int> expected;
+        QStringList keys;
+        for (int i = 0; i < count; ++i) {
+            expected.append(i + 1);
+            keys.append(subjects[i].toUpper());
+        }
+        for (int i = 0; i < count - 1; ++i) {
+            for (int j = i + 1; j < count; ++j) {
+                const int c = keys[j].compare(keys[i]);
+                if (descending ? c > 0 : c < 0) {
+                    keys.swapItemsAt(i, j);
+                    expected.swapItemsAt(i, j);
+                }
+            }
+        }
+        TestRig rig;
+        rig.addAccount(1, "Home");
+        QVERIFY(rig.start());
+        rig.ctx->messages.GrowMessageStore(count);
+        rig.ctx->accounts[1].AcntMsgCount = count;
+        for (int i = 0; i < count; ++i) {
+            rig.ctx->messages.at(1, i + 1).Subject = subjects[i];
+            rig.ctx->messages.at(1, i + 1).MsgID = QString::number(i + 1);
+        }
+        rig.ctx->SortDescending = descending;
+        SortMessages(*rig.ctx, 1, "Subject");
+        QList<int> sorted;
+        for (int i = 1; i <= count; ++i)
+            sorted.append(rig.ctx->messages.at(1, i).MsgID.toInt());
+        QCOMPARE(sorted, expected);
+    }
 }
 
 QTEST_GUILESS_MAIN(SortingTest)
