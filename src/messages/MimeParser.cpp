@@ -73,10 +73,33 @@ void Visit(GMimeObject* object, Walk& walk) {
     }
 }
 
+bool Utf8Compatible(const char* charset) {
+    return !charset || g_ascii_strcasecmp(charset, "us-ascii") == 0 ||
+           g_ascii_strcasecmp(charset, "utf-8") == 0 || g_ascii_strcasecmp(charset, "utf8") == 0 ||
+           g_ascii_strcasecmp(charset, "ascii") == 0;
+}
+
+// The part's text, transfer encoding and charset decoded. ASCII and UTF-8,
+// most mail, go straight to Unicode; text in another charset goes through
+// GMime's conversion.
 QString TextOfPart(GMimePart* part) {
-    char* text = g_mime_text_part_get_text(GMIME_TEXT_PART(part));
-    const QString result = QString::fromUtf8(text);
-    g_free(text);
+    GMimeTextPart* text = GMIME_TEXT_PART(part);
+    if (!Utf8Compatible(g_mime_text_part_get_charset(text))) {
+        char* converted = g_mime_text_part_get_text(text);
+        const QString result = QString::fromUtf8(converted);
+        g_free(converted);
+        return result;
+    }
+    GMimeDataWrapper* content = g_mime_part_get_content(part);
+    if (!content)
+        return QString();
+    GMimeStream* decoded = g_mime_stream_mem_new();
+    g_mime_data_wrapper_write_to_stream(content, decoded);
+    const GByteArray* bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(decoded));
+    // Undeclared 8-bit text is more often Latin-1 than broken UTF-8.
+    const QString result = TextOf(
+        QByteArray::fromRawData(reinterpret_cast<const char*>(bytes->data), qsizetype(bytes->len)));
+    g_object_unref(decoded);
     return result;
 }
 
@@ -95,30 +118,39 @@ ParsedMessage ParseMessage(const QByteArray& message, const QDateTime& retrieved
     parsed.header = TextOf(HeaderBlock(message));
     parsed.date = retrievedAt;
 
-    GMimeStream* stream =
-        g_mime_stream_mem_new_with_buffer(message.constData(), size_t(message.size()));
+    // GMime reads the message where it lies: the stream borrows our bytes
+    // rather than copying them, and never writes to them.
+    GByteArray* borrowed = g_byte_array_new_take(
+        reinterpret_cast<guint8*>(const_cast<char*>(message.constData())), gsize(message.size()));
+    GMimeStream* stream = g_mime_stream_mem_new_with_byte_array(borrowed);
+    g_mime_stream_mem_set_owner(GMIME_STREAM_MEM(stream), FALSE);
     GMimeParser* parser = g_mime_parser_new_with_stream(stream);
-    GMimeMessage* mime = g_mime_parser_construct_message(parser, nullptr);
-    if (mime) {
-        GMimeObject* top = GMIME_OBJECT(mime);
+    // Read as a MIME part with the message's headers: the same headers and
+    // structure, without the address lists a message object would build
+    // and this program never uses.
+    if (GMimeObject* top = g_mime_parser_construct_part(parser, nullptr)) {
         parsed.from = HeaderValue(top, "From");
         parsed.to = HeaderValue(top, "To");
-        parsed.subject = QString::fromUtf8(g_mime_message_get_subject(mime));
-        if (GDateTime* date = g_mime_message_get_date(mime))
-            parsed.date = QDateTime::fromSecsSinceEpoch(g_date_time_to_unix(date)).toLocalTime();
-        if (GMimeObject* body = g_mime_message_get_mime_part(mime)) {
-            Walk walk;
-            Visit(body, walk);
-            parsed.attachments = walk.attachments;
-            if (walk.plain)
-                parsed.body = TextOfPart(walk.plain);
-            else if (walk.html)
-                parsed.body = HtmlToText(TextOfPart(walk.html));
+        parsed.subject = HeaderValue(top, "Subject");
+        if (const char* text = g_mime_object_get_header(top, "Date")) {
+            if (GDateTime* date = g_mime_utils_header_decode_date(text)) {
+                parsed.date =
+                    QDateTime::fromSecsSinceEpoch(g_date_time_to_unix(date)).toLocalTime();
+                g_date_time_unref(date);
+            }
         }
-        g_object_unref(mime);
+        Walk walk;
+        Visit(top, walk);
+        parsed.attachments = walk.attachments;
+        if (walk.plain)
+            parsed.body = TextOfPart(walk.plain);
+        else if (walk.html)
+            parsed.body = HtmlToText(TextOfPart(walk.html));
+        g_object_unref(top);
     }
     g_object_unref(parser);
     g_object_unref(stream);
+    g_byte_array_free(borrowed, FALSE); // the bytes stay ours
     return parsed;
 }
 

@@ -17,6 +17,11 @@ void RetrievedMessage::setData(QByteArray data, const QDateTime& at) {
     retrievedAt = at;
     retrieved = true;
     parsed.reset();
+    parsing = nullptr;
+}
+
+void RetrievedMessage::setParse(std::function<ParsedMessage()> pending) {
+    parsing = std::move(pending);
 }
 
 QString RetrievedMessage::HeaderDigest(const QByteArray& message) {
@@ -26,12 +31,16 @@ QString RetrievedMessage::HeaderDigest(const QByteArray& message) {
 }
 
 const ParsedMessage& RetrievedMessage::fields() const {
+    if (!parsed && parsing) {
+        parsed = parsing();
+        parsing = nullptr;
+    }
     if (!parsed) {
         parsed =
             ParseMessage(raw, retrievedAt.isValid() ? retrievedAt : QDateTime::currentDateTime());
-        // The text is read once; what was parsed from it is all that stays.
-        raw = QByteArray();
     }
+    // The text is read once; what was parsed from it is all that stays.
+    raw = QByteArray();
     return *parsed;
 }
 

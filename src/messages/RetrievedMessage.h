@@ -4,6 +4,7 @@
 #include "platform/PopClient.h"
 
 #include <QByteArray>
+#include <functional>
 #include <optional>
 
 namespace velmora {
@@ -17,6 +18,9 @@ public:
     void setUid(const QString& id) { uid = id; }
     // The message as retrieved: dot-unstuffed, CR LF line ends.
     void setData(QByteArray data, const QDateTime& retrievedAt);
+    // Where the parse of the data is to be had, when something else has
+    // taken it on.
+    void setParse(std::function<ParsedMessage()> pending);
 
     qint64 Size() const override { return retrieved ? size : listedSize; }
     QString From() const override { return fields().from; }
@@ -45,6 +49,7 @@ private:
     bool retrieved = false;
     bool deleted = false;
     mutable std::optional<ParsedMessage> parsed;
+    mutable std::function<ParsedMessage()> parsing;
 };
 
 } // namespace velmora

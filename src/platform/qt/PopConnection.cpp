@@ -3,6 +3,7 @@
 #include <QEventLoop>
 #include <QSslConfiguration>
 #include <QSslSocket>
+#include <QTcpSocket>
 #include <QTimer>
 
 namespace velmora {
@@ -10,8 +11,7 @@ namespace velmora {
 PopConnection::PopConnection(int timeoutSeconds) : timeoutMs(qMax(1, timeoutSeconds) * 1000) {}
 
 PopConnection::~PopConnection() {
-    if (loop)
-        loop->quit();
+    wake();
     if (socket) {
         socket->abort();
         socket->deleteLater();
@@ -33,13 +33,34 @@ QSslConfiguration TlsConfiguration() {
 } // namespace
 
 PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port, bool tls) {
-    socket = new QSslSocket(this);
+    // A plain line needs no TLS layer in between, which would copy every
+    // byte once more.
+    ssl = tls ? new QSslSocket(this) : nullptr;
+    socket = ssl ? static_cast<QAbstractSocket*>(ssl) : new QTcpSocket(this);
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     socket->setReadBufferSize(0);
+    // Wired once: each wait only runs the loop, so a large mailbox's
+    // thousands of waits cost little.
+    silence = new QTimer(this);
+    silence->setSingleShot(true);
+    silence->setInterval(timeoutMs);
+    connect(silence, &QTimer::timeout, this, &PopConnection::wake);
+    connect(socket, &QAbstractSocket::errorOccurred, this, &PopConnection::wake);
+    connect(socket, &QAbstractSocket::disconnected, this, &PopConnection::wake);
+    connect(socket, &QAbstractSocket::connected, this, [this] {
+        if (!waitingForEncryption)
+            wake();
+    });
+    if (ssl)
+        connect(ssl, &QSslSocket::encrypted, this, &PopConnection::wake);
+    connect(socket, &QIODevice::readyRead, this, [this] {
+        if (!waitingForEncryption)
+            wake();
+    });
     if (tls) {
-        socket->setSslConfiguration(TlsConfiguration());
-        socket->setPeerVerifyName(host);
-        socket->connectToHostEncrypted(host, port);
+        ssl->setSslConfiguration(TlsConfiguration());
+        ssl->setPeerVerifyName(host);
+        ssl->connectToHostEncrypted(host, port);
     } else {
         socket->connectToHost(host, port);
     }
@@ -51,7 +72,7 @@ PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port,
         return result;
     }
     const bool ready =
-        tls ? socket->isEncrypted() : socket->state() == QAbstractSocket::ConnectedState;
+        tls ? ssl->isEncrypted() : socket->state() == QAbstractSocket::ConnectedState;
     if (ready)
         return result;
 
@@ -60,7 +81,7 @@ PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port,
         result.kind = OpenResult::TimedOut;
         return result;
     }
-    const QList<QSslError> certificate = socket->sslHandshakeErrors();
+    const QList<QSslError> certificate = tls ? ssl->sslHandshakeErrors() : QList<QSslError>();
     if (tls && !certificate.isEmpty()) {
         result.kind = OpenResult::CertificateFailed;
         result.certificateError = int(certificate.first().error());
@@ -112,55 +133,45 @@ PopConnection::Wait PopConnection::runLoop(bool untilEncrypted) {
     if (!socket || socket->state() == QAbstractSocket::UnconnectedState)
         return Closed;
     QEventLoop events;
-    QTimer silence;
-    silence.setSingleShot(true);
-    silence.setInterval(timeoutMs);
-    QObject::connect(&silence, &QTimer::timeout, &events, &QEventLoop::quit);
-    QObject::connect(socket, &QAbstractSocket::errorOccurred, &events, &QEventLoop::quit);
-    QObject::connect(socket, &QAbstractSocket::disconnected, &events, &QEventLoop::quit);
-    if (untilEncrypted) {
-        QObject::connect(socket, &QSslSocket::encrypted, &events, &QEventLoop::quit);
-    } else if (socket->state() == QAbstractSocket::ConnectedState) {
-        QObject::connect(socket, &QIODevice::readyRead, &events, &QEventLoop::quit);
-    } else {
-        QObject::connect(socket, &QAbstractSocket::connected, &events, &QEventLoop::quit);
-    }
-    // Data keeps the line alive: silence, not the whole transfer, times out.
-    QObject::connect(socket, &QIODevice::readyRead, &silence, qOverload<>(&QTimer::start));
-    silence.start();
-
     QEventLoop* outer = loop;
     loop = &events;
+    waitingForEncryption = untilEncrypted;
+    silence->start();
     events.exec();
     loop = outer;
+    const bool timedOut = !silence->isActive();
+    silence->stop();
+    waitingForEncryption = false;
 
-    QObject::disconnect(socket, nullptr, &events, nullptr);
-    QObject::disconnect(socket, nullptr, &silence, nullptr);
     if (aborted)
         return Aborted;
     if (socket->bytesAvailable() > 0) {
         pull();
         return Data;
     }
-    if (untilEncrypted && socket->isEncrypted())
+    if (untilEncrypted && ssl && ssl->isEncrypted())
         return Data;
-    if (!untilEncrypted && socket->state() == QAbstractSocket::ConnectedState && silence.isActive())
+    if (!untilEncrypted && socket->state() == QAbstractSocket::ConnectedState && !timedOut)
         return Data;
-    if (!silence.isActive() && socket->state() != QAbstractSocket::UnconnectedState)
+    if (timedOut && socket->state() != QAbstractSocket::UnconnectedState)
         return TimedOut;
     return Closed;
 }
 
+void PopConnection::wake() {
+    if (loop)
+        loop->quit();
+}
+
 void PopConnection::pull() {
-    reader.append(socket->readAll());
+    reader.appendFrom(*socket);
 }
 
 void PopConnection::abort() {
     aborted = true;
     if (socket)
         socket->abort();
-    if (loop)
-        loop->quit();
+    wake();
 }
 
 void PopConnection::close() {
@@ -177,9 +188,9 @@ bool PopConnection::isOpen() const {
 }
 
 QString PopConnection::peerSubject() const {
-    if (!socket || socket->peerCertificate().isNull())
+    if (!ssl || ssl->peerCertificate().isNull())
         return QString();
-    return socket->peerCertificate().subjectDisplayName();
+    return ssl->peerCertificate().subjectDisplayName();
 }
 
 } // namespace velmora

@@ -6,8 +6,10 @@
 #include <QSslError>
 #include <QString>
 
+class QAbstractSocket;
 class QEventLoop;
 class QSslSocket;
+class QTimer;
 
 namespace velmora {
 
@@ -56,9 +58,14 @@ public:
 private:
     Wait runLoop(bool untilEncrypted);
     void pull();
+    // Ends the wait in progress, if any.
+    void wake();
 
-    QSslSocket* socket = nullptr;
+    QAbstractSocket* socket = nullptr;
+    QSslSocket* ssl = nullptr; // the same socket, when it speaks TLS
     QEventLoop* loop = nullptr;
+    QTimer* silence = nullptr;
+    bool waitingForEncryption = false;
     int timeoutMs;
     bool aborted = false;
 };

@@ -1,5 +1,7 @@
 #include "platform/qt/PopReader.h"
 
+#include <QIODevice>
+
 #include <cstring>
 
 namespace velmora {
@@ -7,6 +9,17 @@ namespace velmora {
 void PopReader::append(const QByteArray& data) {
     compact();
     buf.append(data);
+}
+
+void PopReader::appendFrom(QIODevice& device) {
+    compact();
+    const qint64 available = device.bytesAvailable();
+    if (available <= 0)
+        return;
+    const qsizetype old = buf.size();
+    buf.resize(old + qsizetype(available));
+    const qint64 got = device.read(buf.data() + old, available);
+    buf.resize(old + qsizetype(qMax<qint64>(got, 0)));
 }
 
 void PopReader::clear() {
@@ -35,28 +48,37 @@ PopReader::Result PopReader::takeLine(QByteArray& line) {
     return Done;
 }
 
+// Lines that need no change (CR LF ended, no leading dot) are copied in
+// runs, so a large message costs a few copies rather than one a line.
 PopReader::Result PopReader::takeBlock(QByteArray& out, qint64& consumed) {
     const char* data = buf.constData();
     const qsizetype size = buf.size();
+    qsizetype run = pos; // start of the lines that go out as they are
+    const auto flush = [&](qsizetype end) {
+        if (end > run)
+            out.append(data + run, end - run);
+    };
     while (pos < size) {
         const void* found = std::memchr(data + pos, '\n', size_t(size - pos));
         if (!found)
-            return NeedMore;
+            break;
         const qsizetype eol = static_cast<const char*>(found) - data;
-        qsizetype end = eol;
-        if (end > pos && data[end - 1] == '\r')
-            --end;
-        qsizetype start = pos;
-        consumed += eol + 1 - pos;
+        const qsizetype start = pos;
+        const bool crlf = eol > start && data[eol - 1] == '\r';
+        consumed += eol + 1 - start;
         pos = eol + 1;
-        if (data[start] == '.') {
-            if (end - start == 1)
-                return Done;
-            ++start; // a stuffed dot
-        }
-        out.append(data + start, end - start);
+        if (data[start] != '.' && crlf)
+            continue;
+        flush(start);
+        run = pos;
+        const qsizetype end = crlf ? eol - 1 : eol;
+        if (data[start] == '.' && end - start == 1)
+            return Done;
+        const qsizetype from = data[start] == '.' ? start + 1 : start; // a stuffed dot
+        out.append(data + from, end - from);
         out.append("\r\n", 2);
     }
+    flush(pos);
     return NeedMore;
 }
 

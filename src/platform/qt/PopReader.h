@@ -2,6 +2,8 @@
 
 #include <QByteArray>
 
+class QIODevice;
+
 namespace velmora {
 
 // Cuts what a POP3 server sends into status lines and multi-line blocks.
@@ -17,6 +19,8 @@ public:
     static constexpr qsizetype MaxStatusLine = 64 * 1024;
 
     void append(const QByteArray& data);
+    // Reads all that the device holds straight into the buffer.
+    void appendFrom(QIODevice& device);
     void clear();
     qsizetype buffered() const { return buf.size() - pos; }
 

@@ -2,6 +2,7 @@
 
 #include "platform/PopErrors.h"
 #include "platform/RuntimeErrors.h"
+#include "platform/qt/ParseWorker.h"
 #include "platform/qt/PopConnection.h"
 
 #include <QDateTime>
@@ -343,7 +344,12 @@ void QtPopClient::retrieveAll() {
         readBlock(data, PopError::RetrieveTimedOut, PopError::ConnectionLost, &position, total);
         if (item.Uid().isEmpty())
             item.setUid(RetrievedMessage::HeaderDigest(data));
-        item.setData(std::move(data), QDateTime::currentDateTime());
+        const QDateTime now = QDateTime::currentDateTime();
+        if (!parser)
+            parser = std::make_unique<ParseWorker>();
+        std::function<ParsedMessage()> parse = parser->submit(data, now);
+        item.setData(std::move(data), now);
+        item.setParse(std::move(parse));
         if (notify)
             notify->Received(item);
         checkStopped();

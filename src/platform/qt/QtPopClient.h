@@ -9,6 +9,7 @@
 
 namespace velmora {
 
+class ParseWorker;
 class PopConnection;
 
 // Our POP3 client (RFC 1939, with CAPA and PIPELINING of RFC 2449) on a Qt
@@ -74,6 +75,7 @@ private:
     PopNotify* notify = nullptr;
 
     std::unique_ptr<PopConnection> connection;
+    std::unique_ptr<ParseWorker> parser;
     std::vector<std::unique_ptr<RetrievedMessage>> items;
     bool loggedIn = false;
     bool listed = false;
