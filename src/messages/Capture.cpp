@@ -4,6 +4,7 @@
 #include "checking/PopDialogs.h"
 #include "checking/PopSession.h"
 #include "messages/DateText.h"
+#include "messages/MimeParser.h"
 #include "messages/Sorting.h"
 #include "platform/PopErrors.h"
 #include "rules/RuleCheck.h"
@@ -22,6 +23,12 @@ QString CleanFrom(QString from) {
 QString CleanTo(QString to) {
     to.remove(QLatin1Char('"'));
     return to.isEmpty() ? QStringLiteral("Undisclosed-Recipient") : to;
+}
+
+void ScanForRules(ParsedMessage& parsed, std::shared_ptr<const FieldScanners> scanners) {
+    const QString fields[4] = {CleanFrom(parsed.from), CleanTo(parsed.to), parsed.subject,
+                               parsed.body};
+    parsed.scan = ScanFields(std::move(scanners), fields);
 }
 
 QString SizeText(qint64 bytes) {
@@ -65,6 +72,9 @@ void Fetch(AppContext& ctx, int account) {
         return;
     }
     ctx.ReceivedCount = 1;
+    // The rules' texts are looked for while the messages come in.
+    if (ctx.LiveRules.RuleCount >= 1)
+        ctx.PopClient->setScanners(RuleScanners(ctx));
     ctx.PopClient->Messages().FetchAll();
     // The server is left before any parsing or rule work.
     CloseConnection(ctx);
@@ -82,11 +92,14 @@ void Evaluate(AppContext& ctx, int account, bool capture) {
     for (int j = 1; j <= a.AcntMsgCount; ++j)
         seen.insert(ctx.messages.at(account, j).PrevMsgID);
     for (int i = 1; i <= a.AcntMsgCount; ++i) {
-        if (capture)
+        std::shared_ptr<const FieldScan> scan;
+        if (capture) {
             Capture(ctx, account, i);
+            scan = ctx.PopClient->Messages().Item(i - 1).Scan();
+        }
         MailMessage& m = ctx.messages.at(account, i);
         m.New = !seen.contains(m.MsgID);
-        RuleCheck(ctx, account, i);
+        RuleCheck(ctx, account, i, scan.get());
     }
     if (capture && a.AcntIncomplete)
         ctx.IncompleteAccounts += a.AcntName + QStringLiteral("\r\n");

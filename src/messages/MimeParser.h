@@ -3,8 +3,11 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
+#include <memory>
 
 namespace velmora {
+
+struct FieldScan;
 
 // What the program reads of a message, decoded into Unicode.
 struct ParsedMessage {
@@ -15,6 +18,9 @@ struct ParsedMessage {
     QString header;  // the header block as the server sent it
     QString body;    // the text/plain part, or the text of an HTML-only message
     int attachments = 0;
+    // The rules' needles found in the fields, when they were looked for
+    // beside the parse.
+    std::shared_ptr<const FieldScan> scan;
 };
 
 // Parses a whole message (CR LF line ends). Malformed input never fails:

@@ -33,6 +33,7 @@ public:
     int AttachmentCount() const override { return fields().attachments; }
     bool Deleted() const override { return deleted; }
     void setDeleted(bool on) override { deleted = on; }
+    std::shared_ptr<const FieldScan> Scan() const override { return fields().scan; }
 
     // The identifier of a message on a server without UIDL: a digest of its
     // header block, which the server never changes.

@@ -8,6 +8,9 @@
 
 namespace velmora {
 
+struct FieldScan;
+struct FieldScanners;
+
 // One message of the open mailbox. After FetchAll every property is in
 // memory; after ListMessages only Uid and the size are known.
 class PopMessage {
@@ -26,6 +29,9 @@ public:
     // Marked messages are deleted on the server by Disconnect.
     virtual bool Deleted() const = 0;
     virtual void setDeleted(bool deleted) = 0;
+    // The fields scanned for the rules' needles beside the parse, if they
+    // were.
+    virtual std::shared_ptr<const FieldScan> Scan() const { return nullptr; }
 };
 
 // The message collection of the open mailbox.
@@ -78,6 +84,9 @@ public:
     virtual void setTimeout(int seconds) = 0;
     virtual void setSecurity(int mode) = 0;
     virtual void setNotification(PopNotify* receiver) = 0;
+    // Needles to look for in the fields of each message as soon as it is
+    // parsed, while the rest is still coming in; none by default.
+    virtual void setScanners(std::shared_ptr<const FieldScanners> /*scanners*/) {}
 
     // Connects and logs in; raises a Failure carrying LastError otherwise.
     virtual void Connect() = 0;

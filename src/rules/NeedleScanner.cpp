@@ -14,32 +14,37 @@ QString RuleUpper(const QString& text) {
     return upper;
 }
 
-int NeedleScanner::classOf(char16_t c) const {
-    if (c < 128)
-        return asciiClass[c];
-    return wideClass.value(RuleUpper(c), 0);
+namespace {
+
+// The upper case of every UTF-16 unit, worked out once for all scanners.
+const std::vector<char16_t>& UpperOfEach() {
+    static const std::vector<char16_t> table = [] {
+        std::vector<char16_t> upper(0x10000);
+        for (char32_t c = 0; c < 0x10000; ++c)
+            upper[c] = RuleUpper(char16_t(c));
+        return upper;
+    }();
+    return table;
 }
 
+} // namespace
+
 void NeedleScanner::build(const QStringList& needles) {
-    // Character classes: one for each character the needles use; a small
-    // letter shares its capital's class, as the text is read upper-case.
-    std::fill(std::begin(asciiClass), std::end(asciiClass), 0);
-    wideClass.clear();
+    // Character classes: one for each character the needles use; every
+    // character whose upper case is one of them shares its class.
+    classOf.assign(0x10000, 0);
     classes = 1;
     for (const QString& needle : needles) {
         for (const QChar ch : needle) {
-            const char16_t c = ch.unicode();
-            if (c < 128) {
-                if (asciiClass[c] == 0) {
-                    asciiClass[c] = classes;
-                    if (c >= u'A' && c <= u'Z')
-                        asciiClass[c + 32] = classes;
-                    ++classes;
-                }
-            } else if (!wideClass.contains(c)) {
-                wideClass.insert(c, classes++);
-            }
+            quint16& cls = classOf[ch.unicode()];
+            if (cls == 0)
+                cls = quint16(classes++);
         }
+    }
+    const std::vector<char16_t>& upper = UpperOfEach();
+    for (size_t c = 0; c < upper.size(); ++c) {
+        if (upper[c] != c && classOf[c] == 0)
+            classOf[c] = classOf[upper[c]];
     }
 
     // The trie, then failure links breadth first, then the full table.
@@ -52,7 +57,7 @@ void NeedleScanner::build(const QStringList& needles) {
         longest = std::max(longest, int(needle.size()));
         int at = 0;
         for (const QChar ch : needle) {
-            const int cls = classOf(ch.unicode());
+            const int cls = classOf[ch.unicode()];
             if (child[size_t(at)][size_t(cls)] < 0) {
                 child[size_t(at)][size_t(cls)] = int(child.size());
                 child.emplace_back(size_t(classes), -1);
@@ -149,9 +154,10 @@ template <class Step>
 void NeedleScanner::walk(const Step* table, const char16_t* data, qsizetype size,
                          std::vector<int>& first) const {
     constexpr int kParts = 4;
+    const quint16* classOf = this->classOf.data();
     const auto step = [&](int& row, qsizetype at) {
         const char16_t c = data[at];
-        const int next = table[row + (c < 128 ? asciiClass[c] : classOf(c))];
+        const int next = table[row + classOf[c]];
         if (next >= 0) {
             row = next;
         } else {
@@ -188,6 +194,17 @@ void NeedleScanner::walk(const Step* table, const char16_t* data, qsizetype size
         for (qsizetype at = from[k] + together; at < to[k]; ++at)
             step(rows[k], at);
     }
+}
+
+std::shared_ptr<const FieldScan> ScanFields(std::shared_ptr<const FieldScanners> by,
+                                            const QString (&text)[4]) {
+    auto scan = std::make_shared<FieldScan>();
+    for (int f = 0; f < 4; ++f) {
+        by->field[f].scan(text[f], scan->first[f]);
+        scan->text[f] = text[f];
+    }
+    scan->by = std::move(by);
+    return scan;
 }
 
 } // namespace velmora

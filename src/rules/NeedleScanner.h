@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QHash>
 #include <QString>
 #include <QStringList>
+#include <memory>
 #include <vector>
 
 namespace velmora {
@@ -32,9 +32,6 @@ public:
     void scan(const QString& text, std::vector<int>& first) const;
 
 private:
-    // The class of a character of the text: 0 for one no needle uses.
-    int classOf(char16_t c) const;
-
     template <class Step>
     void walk(const Step* table, const char16_t* data, qsizetype size,
               std::vector<int>& first) const;
@@ -49,10 +46,29 @@ private:
     std::vector<qint16> narrow;
     std::vector<int> outStart; // needles ending in state s: outList[outStart[s]..outStart[s+1])
     std::vector<int> outList;
-    int asciiClass[128] = {};
-    QHash<char16_t, int> wideClass; // upper-case characters beyond ASCII
+    // The class of each character a text may hold, read as its upper case:
+    // 0 for one no needle uses.
+    std::vector<quint16> classOf;
     std::vector<int> lengths;
     int longest = 0;
 };
+
+// The needles of a message's four text fields: From, To, Subject, Body.
+// Never changed once built, so that messages can be scanned by them on any
+// thread.
+struct FieldScanners {
+    NeedleScanner field[4];
+};
+
+// One scan of a message's text fields: by which scanners, in which texts,
+// and where each needle first stands.
+struct FieldScan {
+    std::shared_ptr<const FieldScanners> by;
+    QString text[4];
+    std::vector<int> first[4];
+};
+
+std::shared_ptr<const FieldScan> ScanFields(std::shared_ptr<const FieldScanners> by,
+                                            const QString (&text)[4]);
 
 } // namespace velmora

@@ -66,33 +66,42 @@ int FieldIndex(const QString& where) {
 // One message as the tests read it: each text field scanned once for every
 // needle of the rules, when a test first asks.
 struct MessageScan {
-    MessageScan(const MailMessage& m, const RuleParseCache& cache) : m(m), cache(cache) {}
+    MessageScan(const MailMessage& m, const RuleParseCache& cache, const FieldScan* ready)
+        : m(m), cache(cache), ready(ready && ready->by == cache.scanners ? ready : nullptr) {}
     const QString& text(int field) const {
         return field == 0 ? m.From : field == 1 ? m.To : field == 2 ? m.Subject : m.Body;
     }
     int pos(int field, int needle) const {
-        std::vector<int>& first = found[field];
-        if (!scanned[field]) {
-            cache.scanners[field].scan(text(field), first);
-            scanned[field] = true;
+        if (!found[field]) {
+            const QString& t = text(field);
+            const QString* was = ready ? &ready->text[field] : nullptr;
+            // The body is the very text scanned, shared; the others are short.
+            if (was && was->size() == t.size() &&
+                (was->constData() == t.constData() || *was == t)) {
+                found[field] = &ready->first[field];
+            } else {
+                cache.scanners->field[field].scan(t, own[field]);
+                found[field] = &own[field];
+            }
         }
-        return first[size_t(needle)];
+        return (*found[field])[size_t(needle)];
     }
     // The message's size as a number, read once; a failure when it is none.
     int size() const;
 
     const MailMessage& m;
     const RuleParseCache& cache;
-    mutable bool scanned[4] = {false, false, false, false};
-    mutable std::vector<int> found[4];
+    const FieldScan* ready;
+    mutable const std::vector<int>* found[4] = {};
+    mutable std::vector<int> own[4];
     mutable int sizeState = 0; // 0 not read, 1 a number, 2 none
     mutable int sizeNumber = 0;
 };
 
 bool TextTest(const RuleEntry& e, const MessageScan& scan) {
-    const bool negated = e.Not == QLatin1String("NOT");
+    const bool negated = e.negated;
     const QString& f = scan.text(e.field);
-    if (e.Condition == QLatin1String("Contains")) {
+    if (e.test == RuleEntry::Contains) {
         if (e.form == RuleEntry::Plain) {
             const int p = scan.pos(e.field, e.criteriaNeedle);
             return negated ? p == 0 : p >= 1;
@@ -105,18 +114,18 @@ bool TextTest(const RuleEntry& e, const MessageScan& scan) {
         // that it stand behind the prefix.
         return p >= 1 && s >= 1 && (e.form == RuleEntry::Star || s <= e.Criteria.size());
     }
-    if (e.Condition != QLatin1String("Equals"))
+    if (e.test != RuleEntry::Equals)
         return false;
     if (e.form == RuleEntry::Plain)
         return negated ? f != e.Criteria : f == e.Criteria;
-    const bool head = f.left(e.prefix.size()) == e.prefix;
+    const bool head = f.startsWith(e.prefix);
     // Past the wildcard as if it stood for one character, in the negated
     // "*" form too, which is therefore no opposite of its plain one.
     const bool tail = After(f, e.prefix.size() + 2) == e.suffix;
     if (negated)
         return !head || !tail;
     if (e.form == RuleEntry::Star)
-        return head && f.right(e.suffix.size()) == e.suffix;
+        return head && f.endsWith(e.suffix);
     return head && tail;
 }
 
@@ -139,16 +148,19 @@ bool SizeTest(const RuleEntry& e, const MessageScan& scan) {
     if (!e.criteriaIsNumber)
         throw RuleFailure{};
     const int c = e.criteriaNumber;
-    const bool negated = e.Not == QLatin1String("NOT");
+    const bool negated = e.negated;
     // Strict both ways: a size equal to the criteria fits neither
     // "GreaterThan" nor its negation.
-    if (e.Condition == QLatin1String("Equals"))
+    switch (e.test) {
+    case RuleEntry::Equals:
         return negated ? f != c : f == c;
-    if (e.Condition == QLatin1String("GreaterThan"))
+    case RuleEntry::GreaterThan:
         return negated ? f < c : f > c;
-    if (e.Condition == QLatin1String("LessThan"))
+    case RuleEntry::LessThan:
         return negated ? f > c : f < c;
-    return false;
+    default:
+        return false;
+    }
 }
 
 // The rules' texts as the cache last saw them; evaluation never reads a
@@ -162,7 +174,10 @@ bool Unchanged(const RuleSet& live, const RuleParseCache& cache) {
         if (seen.size() != qMax(count, 0))
             return false;
         for (int i = 1; i <= count; ++i) {
-            if (seen[i - 1] != live[n].Description[i])
+            const QString& was = seen[i - 1];
+            const QString& is = live[n].Description[i];
+            // Usually the very same text, shared: no need to compare it.
+            if (was.size() != is.size() || (was.constData() != is.constData() && was != is))
                 return false;
         }
     }
@@ -199,6 +214,13 @@ void Refresh(AppContext& ctx) {
                 break;
             }
             entry.field = FieldIndex(entry.Where);
+            entry.negated = entry.Not == QLatin1String("NOT");
+            const QString& cond = entry.Condition;
+            entry.test = cond == QLatin1String("Contains")      ? RuleEntry::Contains
+                         : cond == QLatin1String("Equals")      ? RuleEntry::Equals
+                         : cond == QLatin1String("GreaterThan") ? RuleEntry::GreaterThan
+                         : cond == QLatin1String("LessThan")    ? RuleEntry::LessThan
+                                                                : RuleEntry::OtherTest;
             try {
                 entry.criteriaNumber = Int16(entry.Criteria);
                 entry.criteriaIsNumber = true;
@@ -211,9 +233,13 @@ void Refresh(AppContext& ctx) {
             }
             parsed.entries.append(entry);
         }
+        parsed.isAnd = parsed.Conjunction == QLatin1String("AND");
+        parsed.isOr = parsed.Conjunction == QLatin1String("OR");
     }
+    auto scanners = std::make_shared<FieldScanners>();
     for (int field = 0; field < 4; ++field)
-        cache.scanners[field].build(needles[field]);
+        scanners->field[field].build(needles[field]);
+    cache.scanners = std::move(scanners);
 }
 
 bool Evaluate(const ParsedRule& rule, const MessageScan& scan) {
@@ -221,13 +247,13 @@ bool Evaluate(const ParsedRule& rule, const MessageScan& scan) {
         throw RuleFailure{};
     const MailMessage& m = scan.m;
     const int count = int(rule.entries.size());
-    QVector<bool> match(count, false);
+    bool match[MaxRuleEntries] = {};
     for (int i = 0; i < count; ++i) {
         const RuleEntry& e = rule.entries[i];
         if (e.field != kNoField)
             match[i] = TextTest(e, scan);
         else if (e.Where == QLatin1String("Attachment"))
-            match[i] = e.Not == QLatin1String("NOT") ? !m.Attach : m.Attach;
+            match[i] = e.negated ? !m.Attach : m.Attach;
         else if (e.Where == QLatin1String("Size"))
             match[i] = SizeTest(e, scan);
         else
@@ -238,12 +264,12 @@ bool Evaluate(const ParsedRule& rule, const MessageScan& scan) {
     // One conjunction for the whole rule: the last entry's.
     int matched = 0;
     for (int i = 0; i < count; ++i) {
-        if (rule.Conjunction == QLatin1String("OR") && match[i])
+        if (rule.isOr && match[i])
             return true;
-        if (rule.Conjunction == QLatin1String("AND") && match[i])
+        if (rule.isAnd && match[i])
             ++matched;
     }
-    return rule.Conjunction == QLatin1String("AND") && matched == count;
+    return rule.isAnd && matched == count;
 }
 
 } // namespace
@@ -309,10 +335,20 @@ bool Matches(AppContext& ctx, int rule, const MessageScan& scan) {
 
 bool RuleMatches(AppContext& ctx, int rule, int account, int message) {
     Refresh(ctx);
-    return Matches(ctx, rule, MessageScan(ctx.messages.at(account, message), ctx.RuleCache));
+    return Matches(ctx, rule,
+                   MessageScan(ctx.messages.at(account, message), ctx.RuleCache, nullptr));
+}
+
+std::shared_ptr<const FieldScanners> RuleScanners(AppContext& ctx) {
+    Refresh(ctx);
+    return ctx.RuleCache.scanners;
 }
 
 void RuleCheck(AppContext& ctx, int account, int message) {
+    RuleCheck(ctx, account, message, nullptr);
+}
+
+void RuleCheck(AppContext& ctx, int account, int message, const FieldScan* ready) {
     MailMessage& m = ctx.messages.at(account, message);
     m.Delete = false;
     m.Spam = false;
@@ -320,7 +356,7 @@ void RuleCheck(AppContext& ctx, int account, int message) {
     if (live.RuleCount < 1)
         return;
     Refresh(ctx);
-    const MessageScan scan(m, ctx.RuleCache);
+    const MessageScan scan(m, ctx.RuleCache, ready);
     Account& a = ctx.accounts[account];
     for (int r = 1; r <= live.RuleCount; ++r) {
         const Rule& rule = live[r];

@@ -29,6 +29,10 @@ struct RuleEntry {
     // For a Size test: the criteria as a number, when it is one.
     bool criteriaIsNumber = false;
     int criteriaNumber = 0;
+    // The words read once, as evaluation asks them of every message.
+    enum Test { Contains, Equals, GreaterThan, LessThan, OtherTest };
+    Test test = OtherTest;
+    bool negated = false;
 };
 
 // The entries of a rule parsed from its text, kept while the text stays the
@@ -39,6 +43,7 @@ struct ParsedRule {
     bool malformed = false; // an entry lacks the blanks its parts need
     QVector<RuleEntry> entries;
     QString Conjunction;
+    bool isAnd = false, isOr = false;
 };
 
 // The live rules parsed, with one scanner a text field for all the texts
@@ -46,12 +51,17 @@ struct ParsedRule {
 struct RuleParseCache {
     QVector<QStringList> sources;
     QVector<ParsedRule> rules;
-    NeedleScanner scanners[4];
+    std::shared_ptr<const FieldScanners> scanners = std::make_shared<FieldScanners>();
 };
 
 // Decides the Delete and Spam marks of one captured message by the live
 // rules, and counts them on the account.
 void RuleCheck(AppContext& ctx, int account, int message);
+// The same, with the message's fields scanned already, beside the parse;
+// a scan by other scanners or of other texts is not used.
+void RuleCheck(AppContext& ctx, int account, int message, const FieldScan* ready);
+// The scanners of the live rules as they stand.
+std::shared_ptr<const FieldScanners> RuleScanners(AppContext& ctx);
 // Whether a live rule fits a message. A rule that cannot be evaluated shows
 // its box and does not fit.
 bool RuleMatches(AppContext& ctx, int rule, int account, int message);

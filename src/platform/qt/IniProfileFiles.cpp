@@ -12,21 +12,22 @@ namespace velmora {
 namespace {
 
 // "[Name]" gives Name; anything else is no section line.
-bool SectionName(const QString& line, QString* name) {
-    const QString trimmed = line.trimmed();
-    if (!trimmed.startsWith('[') || !trimmed.contains(']'))
+bool SectionName(QStringView line, QStringView* name) {
+    const QStringView trimmed = line.trimmed();
+    const qsizetype close = trimmed.indexOf(u']');
+    if (!trimmed.startsWith(u'[') || close < 0)
         return false;
-    *name = trimmed.mid(1, trimmed.indexOf(']') - 1).trimmed();
+    *name = trimmed.mid(1, close - 1).trimmed();
     return true;
 }
 
-bool SameName(const QString& a, const QString& b) {
+bool SameName(QStringView a, QStringView b) {
     return a.compare(b, Qt::CaseInsensitive) == 0;
 }
 
 // The range of lines of a section's body: [first, end).
 bool FindSection(const QStringList& lines, const QString& section, int* first, int* end) {
-    QString name;
+    QStringView name;
     for (int i = 0; i < lines.size(); ++i) {
         if (!SectionName(lines[i], &name) || !SameName(name, section))
             continue;
@@ -42,8 +43,8 @@ bool FindSection(const QStringList& lines, const QString& section, int* first, i
 // The line index of a key in a section body, or -1.
 int FindKey(const QStringList& lines, int first, int end, const QString& key) {
     for (int i = first; i < end; ++i) {
-        const qsizetype equals = lines[i].indexOf('=');
-        if (equals >= 0 && SameName(lines[i].left(equals).trimmed(), key))
+        const qsizetype equals = lines[i].indexOf(u'=');
+        if (equals >= 0 && SameName(QStringView(lines[i]).left(equals).trimmed(), key))
             return i;
     }
     return -1;

@@ -347,7 +347,7 @@ void QtPopClient::retrieveAll() {
         const QDateTime now = QDateTime::currentDateTime();
         if (!parser)
             parser = std::make_unique<ParseWorker>();
-        std::function<ParsedMessage()> parse = parser->submit(data, now);
+        std::function<ParsedMessage()> parse = parser->submit(data, now, scanners);
         item.setData(std::move(data), now);
         item.setParse(std::move(parse));
         if (notify)

@@ -33,6 +33,7 @@ public:
     void setTimeout(int seconds) override { timeoutSeconds = seconds; }
     void setSecurity(int mode) override { security = mode; }
     void setNotification(PopNotify* receiver) override { notify = receiver; }
+    void setScanners(std::shared_ptr<const FieldScanners> s) override { scanners = std::move(s); }
 
     void Connect() override;
     void Disconnect() override;
@@ -76,6 +77,7 @@ private:
 
     std::unique_ptr<PopConnection> connection;
     std::unique_ptr<ParseWorker> parser;
+    std::shared_ptr<const FieldScanners> scanners;
     std::vector<std::unique_ptr<RetrievedMessage>> items;
     bool loggedIn = false;
     bool listed = false;

@@ -58,6 +58,10 @@ void RuleMatchesTest::matches_data() {
         QTest::newRow(name) << entries << message << fits << boxes;
     };
     row("Contains ignores case", {"Subject Contains free "}, {{"Subject", "Get FREE stuff"}}, true);
+    row("Contains folds case beyond ASCII", {"Body Contains große straße "},
+        {{"Body", QString::fromUtf8("GROßE STRAßE, ſtill")}}, true);
+    row("a letter whose capital is ASCII", {"Body Contains still "},
+        {{"Body", QString::fromUtf8("ſtıll")}}, true);
     row("Contains NOT", {"Subject Contains NOT free "}, {{"Subject", "hello"}}, true);
     row("Contains NOT, present", {"Subject Contains NOT free "}, {{"Subject", "free"}}, false);
     row("Equals minds case", {"Subject Equals Hello "}, {{"Subject", "hello"}}, false);
