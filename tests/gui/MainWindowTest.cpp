@@ -132,7 +132,7 @@ void MainWindowTest::timedCheckShowsTheMessageWithItsCountdown() {
     rig.ctx->options.ShowEmail = 2;
     rig.ctx->options.MsgBoxTime = 2;
     rig.ctx->NextCheckTime = "01/01/00-00:00";
-    rig.mailbox("Home").mail.append(FakeMailbox::Mail::Uid("a"));
+    rig.mailbox("Home").mail.append("a");
     rig.ctx->tmrMailTime->setEnabled(true);
     Manual(rig.ctx->tmrMailTime).fire();
 

@@ -35,17 +35,14 @@ private:
 };
 
 QByteArray DovecotSessionTest::message(int n, qint64 bodyBytes) {
-    QByteArray m = "From: \"Smith & Jones\" <sj@example.com>\r\n"
-                   "To: me@example.com\r\n"
-                   "Subject: =?UTF-8?Q?Gr=C3=BC=C3=9Fe?= " +
-                   QByteArray::number(n) +
-                   "\r\n"
-                   "Date: Sat, 21 Nov 2026 09:15:00 +0000\r\n"
-                   "Message-ID: <" +
-                   QByteArray::number(n) + "@example.com>\r\n\r\n";
-    QByteArray line = ".a line that starts with a dot, then text to fill it out to a width\r\n";
+    QByteArray m = QString("From: \"Smith & Jones\" <sj@example.com>\r\nTo: me@example.com\r\n"
+                           "Subject: =?UTF-8?Q?Gr=C3=BC=C3=9Fe?= %1\r\n"
+                           "Date: Sat, 21 Nov 2026 09:15:00 +0000\r\n"
+                           "Message-ID: <%1@example.com>\r\n\r\n")
+                       .arg(n)
+                       .toUtf8();
     while (m.size() < bodyBytes)
-        m += line;
+        m += ".a line that starts with a dot, then text to fill it out to a width\r\n";
     return m;
 }
 
@@ -80,40 +77,33 @@ void DovecotSessionTest::connectionTest_data() {
     QTest::addColumn<bool>("tlsPort");
     QTest::addColumn<bool>("secure");
     QTest::addColumn<QByteArray>("password");
-    QTest::addColumn<QString>("title");
     QTest::addColumn<QString>("numberLine");
-    QTest::newRow("plain") << false << false << QByteArray("secret")
-                           << "Velmora - Test Connection Successfull"
-                           << "";
-    QTest::newRow("tls") << true << true << QByteArray("secret")
-                         << "Velmora - Test Connection Successfull"
-                         << "";
-    QTest::newRow("wrong password")
-        << false << false << QByteArray("wrong") << "Velmora - Test Connection Failure"
-        << "30007 - ";
-    QTest::newRow("security on the plain port")
-        << false << true << QByteArray("secret") << "Velmora - Test Connection Failure"
-        << "60000 - SSL Handshake Error: This may be caused by using SSL on the\r\nwrong Port.";
-    QTest::newRow("plain on the TLS port")
-        << true << false << QByteArray("secret") << "Velmora - Test Connection Failure"
-        << "100";
+    auto row = [](const char* name, bool tlsPort, bool secure, const char* password,
+                  const char* numberLine) {
+        QTest::newRow(name) << tlsPort << secure << QByteArray(password) << numberLine;
+    };
+    row("plain", false, false, "secret", "");
+    row("tls", true, true, "secret", "");
+    row("wrong password", false, false, "wrong", "30007 - ");
+    row("security on the plain port", false, true, "secret",
+        "60000 - SSL Handshake Error: This may be caused by using SSL on the\r\nwrong Port.");
+    row("plain on the TLS port", true, false, "secret", "100");
 }
 
 void DovecotSessionTest::connectionTest() {
     QFETCH(bool, tlsPort);
     QFETCH(bool, secure);
     QFETCH(QByteArray, password);
-    QFETCH(QString, title);
     QFETCH(QString, numberLine);
     auto r = rig(tlsPort ? dovecot.tlsPort() : dovecot.plainPort(), secure, password);
     TestAccountConnection(*r->ctx);
     QCOMPARE(r->boxes.boxes.size(), 1);
     const RecordedBoxes::Box& box = r->boxes.boxes[0];
-    QCOMPARE(box.title, title);
-    if (numberLine.isEmpty())
-        QVERIFY(box.text.startsWith("The Connection Succeeded.\r\n"));
-    else
-        QVERIFY2(box.text.contains("Error Message:\r\n" + numberLine), qPrintable(box.text));
+    const bool ok = numberLine.isEmpty();
+    QCOMPARE(box.title, QString("Velmora - Test Connection ") + (ok ? "Successfull" : "Failure"));
+    QVERIFY2(ok ? box.text.startsWith("The Connection Succeeded.\r\n")
+                : box.text.contains("Error Message:\r\n" + numberLine),
+             qPrintable(box.text));
     QVERIFY(!r->ctx->TestInProgress);
     QVERIFY(r->view.isEnabled("fraMainButtons"));
 }
@@ -138,12 +128,6 @@ void DovecotSessionTest::checkBringsEveryMessage() {
             ++big;
     }
     QCOMPARE(big, 1);
-
-    // Dovecot's own UIDLs identify the messages: a second pass finds none new.
-    r->ctx->options.QuickCheck = 0;
-    CheckAllAccounts(*r->ctx);
-    QCOMPARE(a.AcntMsgCount, 4);
-    QVERIFY(!a.AcntHasNew);
 }
 
 // The command line, in its own process, on a settings file of its own.
@@ -204,8 +188,8 @@ void DovecotSessionTest::commandLineTestAndCheck() {
     QCOMPARE(wrong.exitCode(), 2);
 }
 
-// Dovecot keeps its identifiers across sessions, so only real arrivals are
-// new; a shrunk mailbox is not fetched as new mail.
+// Dovecot keeps its identifiers across sessions, so a pass finds only real
+// arrivals new; a shrunk mailbox is not fetched as new mail.
 void DovecotSessionTest::mailboxShrinksAndGrowsBetweenChecks() {
     DovecotFixture own;
     QVERIFY2(own.start({{"user", "secret", {message(1), message(2), message(3)}}}),

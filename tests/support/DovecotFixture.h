@@ -4,7 +4,6 @@
 #include <QHash>
 #include <QList>
 #include <QProcess>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
@@ -47,7 +46,6 @@ public:
     // Mailbox changes between sessions; Dovecot sees them at the next login.
     void addMessage(const QByteArray& user, const QByteArray& data); // appended last
     void removeMessage(const QByteArray& user, int index);           // 0-based, in mailbox order
-    int messageCount(const QByteArray& user) const;
 
     // The work folder (configuration, certificates, logs, mail).
     QString folder() const { return work ? work->path() : QString(); }
@@ -78,7 +76,6 @@ private:
     std::unique_ptr<QTemporaryDir> work;
     QProcess process;
     MailIdentity mail;
-    QSet<QByteArray> users;
     QHash<QByteArray, qint64> nextStamp;
     quint16 plain = 0;
     quint16 tls = 0;

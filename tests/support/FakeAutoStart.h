@@ -6,18 +6,11 @@ namespace velmora {
 
 class FakeAutoStart : public AutoStart {
 public:
-    void SetRunAtStartUp() override {
-        ++sets;
-        present = true;
-    }
-    void ClearRunAtStartUp() override {
-        ++clears;
-        present = false;
-    }
+    void SetRunAtStartUp() override { ++sets; }
+    void ClearRunAtStartUp() override { ++clears; }
 
     int sets = 0;
     int clears = 0;
-    bool present = false;
 };
 
 } // namespace velmora

@@ -22,7 +22,6 @@ public:
     }
     // Moves for real, so that files written by the logic end where it says.
     bool MoveFileOver(const QString& from, const QString& to) override {
-        moved.append(from + " -> " + to);
         return std::rename(QFile::encodeName(from).constData(),
                            QFile::encodeName(to).constData()) == 0;
     }
@@ -32,7 +31,6 @@ public:
 
     QSet<QString> existing;
     QStringList removed;
-    QStringList moved;
     QString programFolder = "/program";
 };
 

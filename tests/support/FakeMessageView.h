@@ -9,12 +9,10 @@ namespace velmora {
 class FakeMessageView : public MessageView {
 public:
     struct State {
-        QString caption, headline, lines, nextCheck;
+        QString caption, headline, lines;
         int lineCount = 0;
         int countdown = -1;
-        bool countdownVisible = false;
         bool onTop = false;
-        bool visible = false;
         bool destroyed = false;
     };
     explicit FakeMessageView(std::shared_ptr<State> state) : s(std::move(state)) {}
@@ -26,15 +24,13 @@ public:
         s->lines = text;
         s->lineCount = lines;
     }
-    void setCountdownVisible(bool visible) override { s->countdownVisible = visible; }
+    void setCountdownVisible(bool) override {}
     void setCountdown(int seconds) override { s->countdown = seconds; }
-    void setNextCheck(const QString& text) override { s->nextCheck = text; }
+    void setNextCheck(const QString&) override {}
     void setStayOnTop(bool onTop) override { s->onTop = onTop; }
-    void showWindow() override { s->visible = true; }
-    void hideWindow() override { s->visible = false; }
-    void setOnClose(std::function<void()> handler) override { close = std::move(handler); }
-
-    std::function<void()> close;
+    void showWindow() override {}
+    void hideWindow() override {}
+    void setOnClose(std::function<void()>) override {}
 
 private:
     std::shared_ptr<State> s;
@@ -44,11 +40,9 @@ class FakeWindowFactory : public WindowFactory {
 public:
     std::unique_ptr<MessageView> createMessageView() override {
         last = std::make_shared<FakeMessageView::State>();
-        ++made;
         return std::make_unique<FakeMessageView>(last);
     }
     std::shared_ptr<FakeMessageView::State> last;
-    int made = 0;
 };
 
 } // namespace velmora

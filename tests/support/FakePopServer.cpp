@@ -8,22 +8,23 @@ namespace velmora {
 
 namespace {
 
+// Every message is alike but for its identifier.
 class FakeMessage : public PopMessage {
 public:
-    explicit FakeMessage(const FakeMailbox::Mail& mail) : mail(mail) {}
-    qint64 Size() const override { return mail.size; }
-    QString From() const override { return mail.from; }
-    QString To() const override { return mail.to; }
-    QString Subject() const override { return mail.subject; }
-    QDateTime Date() const override { return mail.date; }
-    QString HeaderText() const override { return mail.header; }
-    QString BodyText() const override { return mail.body; }
-    QString Uid() const override { return mail.uid; }
-    int AttachmentCount() const override { return mail.attachments; }
+    explicit FakeMessage(const QString& uid) : uid(uid) {}
+    qint64 Size() const override { return 1000; }
+    QString From() const override { return "sender@example.com"; }
+    QString To() const override { return "me@example.com"; }
+    QString Subject() const override { return "Subject " + uid; }
+    QDateTime Date() const override { return QDateTime(QDate(2026, 11, 20), QTime(9, 30)); }
+    QString HeaderText() const override { return {}; }
+    QString BodyText() const override { return {}; }
+    QString Uid() const override { return uid; }
+    int AttachmentCount() const override { return 0; }
     bool Deleted() const override { return deleted; }
     void setDeleted(bool on) override { deleted = on; }
 
-    FakeMailbox::Mail mail;
+    QString uid;
     bool deleted = false;
 };
 
@@ -49,21 +50,13 @@ public:
         ++box->connects;
         if (box->connectFailure)
             fail(box->connectFailure);
-        for (const auto& mail : box->mail)
-            items.emplace_back(mail);
+        for (const QString& uid : box->mail)
+            items.emplace_back(uid);
         connected = true;
-        if (box->sendsConnected && notify)
+        if (notify)
             notify->Connected();
     }
-    void Disconnect() override {
-        if (connected && box) {
-            for (const FakeMessage& item : items) {
-                if (item.deleted)
-                    box->deletedUids.append(item.mail.uid);
-            }
-        }
-        connected = false;
-    }
+    void Disconnect() override { connected = false; }
     void Abort() override { connected = false; }
     PopMessages& Messages() override { return *this; }
     int LastError() const override { return lastError; }
@@ -73,16 +66,14 @@ public:
     PopMessage& Item(int index) override { return items.at(size_t(index)); }
     void FetchAll() override {
         ++box->fetches;
-        qint64 total = 0;
-        for (const FakeMessage& item : items)
-            total += item.mail.size;
+        const qint64 total = 1000 * qint64(items.size());
         qint64 position = 0;
         for (size_t i = 0; i < items.size(); ++i) {
             if (box->fetchFailure && int(i) == int(items.size()) / 2)
                 fail(box->fetchFailure);
             if (box->duringFetch)
                 box->duringFetch(int(i) + 1);
-            position += items[i].mail.size;
+            position += items[i].Size();
             if (notify)
                 notify->Progress(position, total);
             // A stop tears the line down from inside the progress event.
@@ -92,12 +83,12 @@ public:
                 notify->Received(items[i]);
         }
     }
-    void ListMessages() override { ++box->lists; }
+    void ListMessages() override {}
 
 private:
     [[noreturn]] void fail(int number) {
         lastError = number;
-        errorText = box ? box->failureText : QStringLiteral("Host not found");
+        errorText = box ? QStringLiteral("scripted failure") : QStringLiteral("Host not found");
         throw Failure{number, errorText};
     }
 
@@ -114,7 +105,6 @@ private:
 } // namespace
 
 std::unique_ptr<PopClient> FakePopClientFactory::create() {
-    ++made;
     return std::make_unique<FakeClient>(server);
 }
 

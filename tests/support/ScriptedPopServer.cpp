@@ -16,19 +16,12 @@ namespace {
 
 using Stage = ScriptedPopServer::Stage;
 
-QByteArray verbOf(const QByteArray& command) {
-    return command.split(' ').first().toUpper();
-}
-
+// In the order of Stage, which starts with the greeting.
 std::optional<Stage> stageOf(const QByteArray& verb) {
-    static const QList<std::pair<QByteArray, Stage>> stages = {
-        {"CAPA", Stage::Capa}, {"USER", Stage::User}, {"PASS", Stage::Pass}, {"STAT", Stage::Stat},
-        {"LIST", Stage::List}, {"UIDL", Stage::Uidl}, {"RETR", Stage::Retr}, {"TOP", Stage::Top},
-        {"DELE", Stage::Dele}, {"QUIT", Stage::Quit}};
-    for (const auto& [name, stage] : stages)
-        if (name == verb)
-            return stage;
-    return std::nullopt;
+    static const QList<QByteArray> verbs = {"",     "CAPA", "USER", "PASS", "STAT", "LIST",
+                                            "UIDL", "RETR", "TOP",  "DELE", "QUIT"};
+    const qsizetype i = verbs.indexOf(verb);
+    return i > 0 ? std::optional(Stage(i)) : std::nullopt;
 }
 
 // Dot-stuffs `body` and ends it with the terminating dot.
@@ -64,23 +57,237 @@ QByteArray crlf(const QByteArray& text) {
 // order and applies the server's faults.
 class ScriptedPopServer::Session : public QObject {
 public:
-    Session(ScriptedPopServer* server, QTcpSocket* socket);
+    Session(ScriptedPopServer* owner, QTcpSocket* client)
+        : QObject(owner), server(owner), socket(client) {
+        socket->setParent(this);
+        connect(socket, &QTcpSocket::disconnected, this, [this] {
+            gone = true;
+            dripTimer.stop();
+            deleteLater();
+        });
+        connect(socket, &QIODevice::readyRead, this, &Session::readLines);
+        connect(socket, &QIODevice::bytesWritten, this, &Session::abortWhenWritten);
+        if (auto* ssl = qobject_cast<QSslSocket*>(socket))
+            connect(ssl, &QSslSocket::encryptedBytesWritten, this, &Session::abortWhenWritten);
+        connect(&dripTimer, &QTimer::timeout, this, &Session::drip);
+
+        const auto fault = server->takeFault(Stage::Greeting, 0, fired);
+        const bool refused = fault && fault->kind == FaultKind::Fail;
+        deliver(fault, crlf(server->greeting), false, refused ? After::Close : After::Continue);
+        // A TLS client may have sent its first command with the end of the handshake.
+        if (socket->bytesAvailable() > 0)
+            readLines();
+    }
 
 private:
     enum class After { Continue, Stall, Abort, Close };
 
-    void readLines();
-    void pump();
-    void handle(const QByteArray& command);
-    QByteArray answer(const QByteArray& verb, const QByteArray& rest);
-    QByteArray transaction(const QByteArray& verb, const QList<QByteArray>& args);
-    int index(const QByteArray& number) const;
+    void readLines() {
+        input += socket->readAll();
+        QList<QByteArray> batch;
+        for (qsizetype end = input.indexOf('\n'); end >= 0; end = input.indexOf('\n')) {
+            QByteArray command = input.left(end);
+            input.remove(0, end + 1);
+            if (command.endsWith('\r'))
+                command.chop(1);
+            batch.append(command);
+        }
+        if (batch.isEmpty())
+            return;
+        server->commandLog += batch;
+        server->batchLog.append(batch);
+        queue += batch;
+        pump();
+    }
+
+    void pump() {
+        while (!busy && !held && !gone && !queue.isEmpty())
+            handle(queue.takeFirst());
+    }
+
+    void handle(const QByteArray& command) {
+        const qsizetype space = command.indexOf(' ');
+        const QByteArray verb = command.split(' ').first().toUpper();
+        const QByteArray rest = space < 0 ? QByteArray() : command.mid(space + 1);
+        const auto stage = stageOf(verb);
+        std::optional<Fault> fault;
+        if (stage)
+            fault = server->takeFault(*stage, rest.split(' ').value(0).toInt(), fired);
+
+        // A failed command has no effect, so it never reaches answer().
+        const bool fails = fault && fault->kind == FaultKind::Fail;
+        const QByteArray reply = fails ? QByteArray() : answer(verb, rest);
+        // Only a QUIT that is answered in full ends the session with its deletions.
+        if (verb == "QUIT" && loggedIn && !fault) {
+            for (qsizetype i = 0; i < box.size(); ++i)
+                if (deleted[i])
+                    server->store.removeOne(box[i]);
+        }
+        deliver(fault, reply, verb == "RETR" || verb == "TOP",
+                verb == "QUIT" ? After::Close : After::Continue);
+    }
+
+    QByteArray answer(const QByteArray& verb, const QByteArray& rest) {
+        if (verb == "CAPA") {
+            if (!server->capa)
+                return crlf("-ERR CAPA not supported");
+            QByteArray list = crlf("+OK Capability list follows") + crlf("USER") + crlf("TOP");
+            if (server->uidl)
+                list += crlf("UIDL");
+            if (server->pipelining)
+                list += crlf("PIPELINING");
+            return list + crlf(".");
+        }
+        if (verb == "QUIT")
+            return crlf("+OK Bye");
+        if (loggedIn)
+            return transaction(verb, rest.isEmpty() ? QList<QByteArray>() : rest.split(' '));
+        if (verb == "USER") {
+            givenUser = rest;
+            return crlf("+OK");
+        }
+        if (verb == "PASS") {
+            // The password is the rest of the line: it may contain spaces.
+            const bool right = givenUser == "user" && rest == "secret";
+            givenUser.reset();
+            if (!right)
+                return crlf("-ERR [AUTH] Authentication failed.");
+            loggedIn = true;
+            box = server->store;
+            deleted = QList<bool>(box.size(), false);
+            return crlf("+OK Logged in.");
+        }
+        return crlf("-ERR Unknown command or not logged in");
+    }
+
+    QByteArray transaction(const QByteArray& verb, const QList<QByteArray>& args) {
+        const QByteArray noSuch = crlf("-ERR No such message");
+        if (verb == "STAT") {
+            qint64 count = 0;
+            qint64 octets = 0;
+            for (qsizetype i = 0; i < box.size(); ++i) {
+                if (!deleted[i]) {
+                    ++count;
+                    octets += box[i].data.size();
+                }
+            }
+            return crlf("+OK " + QByteArray::number(count) + ' ' + QByteArray::number(octets));
+        }
+        if (verb == "LIST" || (verb == "UIDL" && server->uidl)) {
+            const auto item = [&](qsizetype i) {
+                return QByteArray::number(i + 1) + ' ' +
+                       (verb == "LIST" ? QByteArray::number(box[i].data.size()) : box[i].uid);
+            };
+            if (!args.isEmpty()) {
+                const int i = index(args[0]);
+                return i < 0 ? noSuch : crlf("+OK " + item(i));
+            }
+            QByteArray list = crlf("+OK");
+            for (qsizetype i = 0; i < box.size(); ++i)
+                if (!deleted[i])
+                    list += crlf(item(i));
+            return list + crlf(".");
+        }
+        if (verb == "RETR" || verb == "TOP" || verb == "DELE") {
+            const int i = index(args.value(0));
+            bool counted = true;
+            const int lines = args.value(1).toInt(&counted);
+            if (i < 0 || (verb == "TOP" && (!counted || lines < 0)))
+                return noSuch;
+            if (verb == "DELE") {
+                deleted[i] = true;
+                return crlf("+OK Marked to be deleted.");
+            }
+            const QByteArray& data = box[i].data;
+            if (verb == "TOP")
+                return crlf("+OK") + multiLine(topOf(data, lines));
+            return crlf("+OK " + QByteArray::number(data.size()) + " octets") + multiLine(data);
+        }
+        if (verb == "NOOP")
+            return crlf("+OK");
+        return crlf("-ERR Unknown command");
+    }
+
+    int index(const QByteArray& number) const {
+        bool ok = false;
+        const int n = number.toInt(&ok);
+        if (!ok || n < 1 || n > box.size() || deleted[n - 1])
+            return -1;
+        return n - 1;
+    }
+
+    // Sends `reply`, or what `fault` makes of it.
     void deliver(const std::optional<Fault>& fault, const QByteArray& reply, bool slow,
-                 After after);
-    void send(const QByteArray& data, bool slow, After after);
-    void drip();
-    void finish(After after);
-    void abortWhenWritten();
+                 After after) {
+        if (!fault)
+            return send(reply, slow, after);
+        if (fault->kind == FaultKind::Fail)
+            return send(crlf(fault->line), false, after);
+        send(reply.left(fault->afterBytes), slow,
+             fault->kind == FaultKind::Stall ? After::Stall : After::Abort);
+    }
+
+    void send(const QByteArray& data, bool slow, After after) {
+        if (slow && server->throttleBytes > 0 && server->throttleMs > 0 && !data.isEmpty()) {
+            // Later commands wait until the timer has sent it all.
+            slowData = data;
+            slowChunk = server->throttleBytes;
+            slowAfter = after;
+            busy = true;
+            dripTimer.start(server->throttleMs);
+            return;
+        }
+        socket->write(data);
+        finish(after);
+    }
+
+    void drip() {
+        socket->write(slowData.left(slowChunk));
+        slowData.remove(0, slowChunk);
+        if (!slowData.isEmpty())
+            return;
+        dripTimer.stop();
+        busy = false;
+        finish(slowAfter);
+        pump();
+    }
+
+    void finish(After after) {
+        if (after == After::Stall) {
+            held = true;
+        } else if (after == After::Close) {
+            gone = true;
+            // Queued for the same reason as the abort below.
+            QMetaObject::invokeMethod(
+                this, [this] { socket->disconnectFromHost(); }, Qt::QueuedConnection);
+        } else if (after == After::Abort) {
+            gone = aborting = true;
+            abortWhenWritten();
+        }
+    }
+
+    // abort() drops what is still buffered, so the partial reply must have left
+    // first. A TLS socket may report its bytes written before they reach its TCP
+    // socket, hence the second look. The abort is queued: aborting a TLS socket
+    // inside its own signal destroys state it still uses.
+    void abortWhenWritten() {
+        const auto unwritten = [this] {
+            const auto* ssl = qobject_cast<QSslSocket*>(socket);
+            return socket->bytesToWrite() + (ssl ? ssl->encryptedBytesToWrite() : 0);
+        };
+        if (!aborting || unwritten() > 0)
+            return;
+        aborting = false;
+        QMetaObject::invokeMethod(
+            this,
+            [this, unwritten] {
+                if (unwritten() > 0)
+                    aborting = true; // the next bytesWritten looks again
+                else
+                    socket->abort();
+            },
+            Qt::QueuedConnection);
+    }
 
     ScriptedPopServer* server;
     QTcpSocket* socket;
@@ -100,252 +307,6 @@ private:
     QList<bool> deleted;
     QSet<int> fired;
 };
-
-ScriptedPopServer::Session::Session(ScriptedPopServer* owner, QTcpSocket* client)
-    : QObject(owner), server(owner), socket(client) {
-    socket->setParent(this);
-    connect(socket, &QTcpSocket::disconnected, this, [this] {
-        gone = true;
-        dripTimer.stop();
-        deleteLater();
-    });
-    connect(socket, &QIODevice::readyRead, this, &Session::readLines);
-    connect(socket, &QIODevice::bytesWritten, this, &Session::abortWhenWritten);
-    if (auto* ssl = qobject_cast<QSslSocket*>(socket))
-        connect(ssl, &QSslSocket::encryptedBytesWritten, this, &Session::abortWhenWritten);
-    connect(&dripTimer, &QTimer::timeout, this, &Session::drip);
-
-    const auto fault = server->takeFault(Stage::Greeting, 0, fired);
-    const bool refused = fault && fault->kind == FaultKind::Fail;
-    deliver(fault, crlf(server->greeting), false, refused ? After::Close : After::Continue);
-    // A TLS client may have sent its first command with the end of the handshake.
-    if (socket->bytesAvailable() > 0)
-        readLines();
-}
-
-void ScriptedPopServer::Session::readLines() {
-    input += socket->readAll();
-    QList<QByteArray> batch;
-    for (qsizetype end = input.indexOf('\n'); end >= 0; end = input.indexOf('\n')) {
-        QByteArray command = input.left(end);
-        input.remove(0, end + 1);
-        if (command.endsWith('\r'))
-            command.chop(1);
-        batch.append(command);
-    }
-    if (batch.isEmpty())
-        return;
-    server->received(batch);
-    queue += batch;
-    pump();
-}
-
-void ScriptedPopServer::Session::pump() {
-    while (!busy && !held && !gone && !queue.isEmpty())
-        handle(queue.takeFirst());
-}
-
-void ScriptedPopServer::Session::handle(const QByteArray& command) {
-    const qsizetype space = command.indexOf(' ');
-    const QByteArray verb = verbOf(command);
-    const QByteArray rest = space < 0 ? QByteArray() : command.mid(space + 1);
-    const auto stage = stageOf(verb);
-    std::optional<Fault> fault;
-    if (stage)
-        fault = server->takeFault(*stage, rest.split(' ').value(0).toInt(), fired);
-
-    // A failed command has no effect, so it never reaches answer().
-    const bool fails = fault && fault->kind == FaultKind::Fail;
-    const QByteArray reply = fails ? QByteArray() : answer(verb, rest);
-    // Only a QUIT that is answered in full ends the session with its deletions.
-    if (verb == "QUIT" && loggedIn && !fault) {
-        QList<Message> expunged;
-        for (qsizetype i = 0; i < box.size(); ++i)
-            if (deleted[i])
-                expunged.append(box[i]);
-        server->expunge(expunged);
-    }
-    deliver(fault, reply, verb == "RETR" || verb == "TOP",
-            verb == "QUIT" ? After::Close : After::Continue);
-}
-
-QByteArray ScriptedPopServer::Session::answer(const QByteArray& verb, const QByteArray& rest) {
-    if (verb == "CAPA") {
-        if (!server->capa)
-            return crlf("-ERR CAPA not supported");
-        QByteArray list = crlf("+OK Capability list follows") + crlf("USER") + crlf("TOP");
-        if (server->uidl)
-            list += crlf("UIDL");
-        if (server->pipelining)
-            list += crlf("PIPELINING");
-        return list + crlf(".");
-    }
-    if (verb == "QUIT")
-        return crlf("+OK Bye");
-    if (loggedIn)
-        return transaction(verb, rest.isEmpty() ? QList<QByteArray>() : rest.split(' '));
-    if (verb == "USER") {
-        givenUser = rest;
-        return crlf("+OK");
-    }
-    if (verb == "PASS") {
-        // The password is the rest of the line: it may contain spaces.
-        const bool right = givenUser == server->user && rest == server->password;
-        givenUser.reset();
-        if (!right)
-            return crlf("-ERR [AUTH] Authentication failed.");
-        loggedIn = true;
-        box = server->store;
-        deleted = QList<bool>(box.size(), false);
-        return crlf("+OK Logged in.");
-    }
-    return crlf("-ERR Unknown command or not logged in");
-}
-
-QByteArray ScriptedPopServer::Session::transaction(const QByteArray& verb,
-                                                   const QList<QByteArray>& args) {
-    const QByteArray noSuch = crlf("-ERR No such message");
-    if (verb == "STAT") {
-        qint64 count = 0;
-        qint64 octets = 0;
-        for (qsizetype i = 0; i < box.size(); ++i) {
-            if (!deleted[i]) {
-                ++count;
-                octets += box[i].data.size();
-            }
-        }
-        return crlf("+OK " + QByteArray::number(count) + ' ' + QByteArray::number(octets));
-    }
-    if (verb == "LIST" || (verb == "UIDL" && server->uidl)) {
-        const auto item = [&](qsizetype i) {
-            return QByteArray::number(i + 1) + ' ' +
-                   (verb == "LIST" ? QByteArray::number(box[i].data.size()) : box[i].uid);
-        };
-        if (!args.isEmpty()) {
-            const int i = index(args[0]);
-            return i < 0 ? noSuch : crlf("+OK " + item(i));
-        }
-        QByteArray list = crlf("+OK");
-        for (qsizetype i = 0; i < box.size(); ++i)
-            if (!deleted[i])
-                list += crlf(item(i));
-        return list + crlf(".");
-    }
-    if (verb == "RETR" || verb == "TOP" || verb == "DELE") {
-        const int i = index(args.value(0));
-        bool counted = true;
-        const int lines = args.value(1).toInt(&counted);
-        if (i < 0 || (verb == "TOP" && (!counted || lines < 0)))
-            return noSuch;
-        if (verb == "DELE") {
-            deleted[i] = true;
-            return crlf("+OK Marked to be deleted.");
-        }
-        const QByteArray& data = box[i].data;
-        if (verb == "TOP")
-            return crlf("+OK") + multiLine(topOf(data, lines));
-        return crlf("+OK " + QByteArray::number(data.size()) + " octets") + multiLine(data);
-    }
-    if (verb == "RSET") {
-        deleted.fill(false);
-        return crlf("+OK");
-    }
-    if (verb == "NOOP")
-        return crlf("+OK");
-    return crlf("-ERR Unknown command");
-}
-
-int ScriptedPopServer::Session::index(const QByteArray& number) const {
-    bool ok = false;
-    const int n = number.toInt(&ok);
-    if (!ok || n < 1 || n > box.size() || deleted[n - 1])
-        return -1;
-    return n - 1;
-}
-
-// Sends `reply`, or what `fault` makes of it.
-void ScriptedPopServer::Session::deliver(const std::optional<Fault>& fault, const QByteArray& reply,
-                                         bool slow, After after) {
-    if (!fault)
-        return send(reply, slow, after);
-    switch (fault->kind) {
-    case FaultKind::Fail:
-        return send(crlf(fault->line), false, after);
-    case FaultKind::Stall:
-        return send(reply.left(fault->afterBytes), slow, After::Stall);
-    case FaultKind::Reset:
-        return send(reply.left(fault->afterBytes), slow, After::Abort);
-    }
-}
-
-void ScriptedPopServer::Session::send(const QByteArray& data, bool slow, After after) {
-    if (slow && server->throttleBytes > 0 && server->throttleMs > 0 && !data.isEmpty()) {
-        // Later commands wait until the timer has sent it all.
-        slowData = data;
-        slowChunk = server->throttleBytes;
-        slowAfter = after;
-        busy = true;
-        dripTimer.start(server->throttleMs);
-        return;
-    }
-    socket->write(data);
-    finish(after);
-}
-
-void ScriptedPopServer::Session::drip() {
-    socket->write(slowData.left(slowChunk));
-    slowData.remove(0, slowChunk);
-    if (!slowData.isEmpty())
-        return;
-    dripTimer.stop();
-    busy = false;
-    finish(slowAfter);
-    pump();
-}
-
-void ScriptedPopServer::Session::finish(After after) {
-    switch (after) {
-    case After::Continue:
-        return;
-    case After::Stall:
-        held = true;
-        return;
-    case After::Close:
-        gone = true;
-        // Queued for the same reason as the abort below.
-        QMetaObject::invokeMethod(
-            this, [this] { socket->disconnectFromHost(); }, Qt::QueuedConnection);
-        return;
-    case After::Abort:
-        gone = true;
-        aborting = true;
-        abortWhenWritten();
-        return;
-    }
-}
-
-// abort() drops what is still buffered, so the partial reply must have left
-// first. A TLS socket may report its bytes written before they reach its TCP
-// socket, hence the second look. The abort is queued: aborting a TLS socket
-// inside its own signal destroys state it still uses.
-void ScriptedPopServer::Session::abortWhenWritten() {
-    const auto unwritten = [this] {
-        const auto* ssl = qobject_cast<QSslSocket*>(socket);
-        return socket->bytesToWrite() + (ssl ? ssl->encryptedBytesToWrite() : 0);
-    };
-    if (!aborting || unwritten() > 0)
-        return;
-    aborting = false;
-    QMetaObject::invokeMethod(
-        this,
-        [this, unwritten] {
-            if (unwritten() > 0)
-                aborting = true; // the next bytesWritten looks again
-            else
-                socket->abort();
-        },
-        Qt::QueuedConnection);
-}
 
 ScriptedPopServer::ScriptedPopServer(QObject* parent) : QObject(parent) {}
 
@@ -390,20 +351,16 @@ quint16 ScriptedPopServer::closedPort() {
     return probe.serverPort();
 }
 
-void ScriptedPopServer::addFault(FaultKind kind, Stage stage, int message, const QByteArray& line,
-                                 qint64 afterBytes) {
-    faults.append({nextFaultId++, kind, stage, message, line, afterBytes});
-}
-
 std::optional<ScriptedPopServer::Fault> ScriptedPopServer::takeFault(Stage stage, int message,
                                                                      QSet<int>& fired) const {
     const bool numbered = stage == Stage::Retr || stage == Stage::Top || stage == Stage::Dele;
-    for (const Fault& fault : faults) {
-        if (fault.stage != stage || fired.contains(fault.id))
+    for (int i = 0; i < faults.size(); ++i) {
+        const Fault& fault = faults[i];
+        if (fault.stage != stage || fired.contains(i))
             continue;
         if (numbered && fault.message != 0 && fault.message != message)
             continue;
-        fired.insert(fault.id);
+        fired.insert(i);
         return fault;
     }
     return std::nullopt;
@@ -415,19 +372,6 @@ void ScriptedPopServer::acceptPending() {
             ++accepted;
         new Session(this, socket);
     }
-}
-
-void ScriptedPopServer::received(const QList<QByteArray>& batch) {
-    commandLog += batch;
-    batchLog.append(batch);
-    for (const QByteArray& command : batch)
-        if (verbOf(command) == "QUIT")
-            quitSeen = true;
-}
-
-void ScriptedPopServer::expunge(const QList<Message>& deleted) {
-    for (const Message& message : deleted)
-        store.removeOne(message);
 }
 
 } // namespace velmora

@@ -16,9 +16,11 @@ class TestCertificate;
 // A POP3 server on loopback for tests, scripted to misbehave on demand. It
 // lives on the thread and event loop of the client under test and never
 // blocks, so a client spinning nested event loops still gets its answers.
+// It takes the login "user" with the password "secret".
 class ScriptedPopServer : public QObject {
     Q_OBJECT
 public:
+    // The command stages in the order stageOf() lists their verbs.
     enum class Stage { Greeting, Capa, User, Pass, Stat, List, Uidl, Retr, Top, Dele, Quit };
     struct Message {
         QByteArray data; // the message as stored: CRLF line ends, NOT dot-stuffed
@@ -37,11 +39,6 @@ public:
     // A loopback port with nothing listening on it ("connection refused").
     static quint16 closedPort();
 
-    // Default "user" / "secret".
-    void setCredentials(const QByteArray& name, const QByteArray& secret) {
-        user = name;
-        password = secret;
-    }
     // Default "+OK Scripted POP3 ready".
     void setGreeting(const QByteArray& line) { greeting = line; }
     // capa false: CAPA answers -ERR. pipelining/uidl false: not listed in
@@ -71,16 +68,16 @@ public:
     // Answer with `line` instead. At Greeting and Quit the server then
     // closes the connection.
     void failAt(Stage stage, const QByteArray& line = "-ERR scripted failure", int message = 0) {
-        addFault(FaultKind::Fail, stage, message, line, 0);
+        faults.append({FaultKind::Fail, stage, message, line, 0});
     }
     // Send `afterBytes` bytes of the reply, then nothing more, not even to
     // later commands; keep the connection open.
     void stallAt(Stage stage, int message = 0, qint64 afterBytes = 0) {
-        addFault(FaultKind::Stall, stage, message, {}, afterBytes);
+        faults.append({FaultKind::Stall, stage, message, {}, afterBytes});
     }
     // Send `afterBytes` bytes of the reply, then abort the connection.
     void resetAt(Stage stage, int message = 0, qint64 afterBytes = 0) {
-        addFault(FaultKind::Reset, stage, message, {}, afterBytes);
+        faults.append({FaultKind::Reset, stage, message, {}, afterBytes});
     }
     void clearFaults() { faults.clear(); }
 
@@ -91,13 +88,11 @@ public:
     QList<QList<QByteArray>> batches() const { return batchLog; }
     // Connections accepted so far; with TLS, counted before the handshake.
     int connections() const { return accepted; }
-    bool sawQuit() const { return quitSeen; }
 
 private:
     class Session;
     enum class FaultKind { Fail, Stall, Reset };
     struct Fault {
-        int id = 0;
         FaultKind kind = FaultKind::Fail;
         Stage stage = Stage::Greeting;
         int message = 0;
@@ -105,18 +100,12 @@ private:
         qint64 afterBytes = 0;
     };
 
-    void addFault(FaultKind kind, Stage stage, int message, const QByteArray& line,
-                  qint64 afterBytes);
     // The first fault at this point that has not fired in `fired` yet; marks it fired.
     std::optional<Fault> takeFault(Stage stage, int message, QSet<int>& fired) const;
     void acceptPending();
-    void received(const QList<QByteArray>& batch);
-    void expunge(const QList<Message>& deleted);
 
     QTcpServer* server = nullptr;
     bool tls = false;
-    QByteArray user = "user";
-    QByteArray password = "secret";
     QByteArray greeting = "+OK Scripted POP3 ready";
     bool capa = true;
     bool pipelining = true;
@@ -125,11 +114,9 @@ private:
     qint64 throttleBytes = 0;
     int throttleMs = 0;
     QList<Fault> faults;
-    int nextFaultId = 1;
     QList<QByteArray> commandLog;
     QList<QList<QByteArray>> batchLog;
     int accepted = 0;
-    bool quitSeen = false;
 };
 
 } // namespace velmora

@@ -11,22 +11,20 @@ class StartUpTest : public QObject {
 private Q_SLOTS:
     void emptyStoreGivesWorkingProgramWithNoAccounts();
     void firstRunWritesLogonEntryOnce();
-    void readsSettingsInLoadOrder();
-    void accountsGetTabsAndRunTimeValues();
-    void startUpCountdownNeedsAnAccount_data();
-    void startUpCountdownNeedsAnAccount();
+    void accountsGetTabsRunTimeValuesAndCountdown();
     void minimizedStartShowsOnlyTheTray();
     void secondInstanceTouchesNothing();
     void firstAutoCheckTime_data();
     void firstAutoCheckTime();
-    void closeBoxGoesToTrayWhenOptionOn();
+    void closeBoxGoesToTrayAndTrayQuitEnds();
     void unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles_data();
     void unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles();
-    void trayQuitEndsProgramEvenWithCloseButtonOn();
 };
 
+// Asked to check at start-up, but with no account to check.
 void StartUpTest::emptyStoreGivesWorkingProgramWithNoAccounts() {
     TestRig rig;
+    rig.settings.set("Settings\\Options\\EmailCheckStartUp", "1");
     QVERIFY(rig.start());
     const StateView& v = rig.view;
     QCOMPARE(v.tabCount(TabStrip::Email), 1);
@@ -66,31 +64,11 @@ void StartUpTest::firstRunWritesLogonEntryOnce() {
     QCOMPARE(again.ctx->options.RunStartUp, 0);
 }
 
-void StartUpTest::readsSettingsInLoadOrder() {
-    TestRig rig;
-    rig.settings.set("Settings\\FirstUse", "1");
-    rig.settings.set("Settings\\AcntNum", "2");
-    QVERIFY(rig.start());
-
-    QStringList expected = {"Settings\\FirstUse", "Settings\\AcntNum"};
-    for (const QString& key : Options::loadOrder())
-        expected << "Settings\\Options\\" + key;
-    for (const char* key : {"DTheme", "TopColour", "MiddleColour", "BottomColour"})
-        expected << QString("Settings\\Options\\") + key;
-    for (int n = 1; n <= 2; ++n) {
-        for (const char* field : {"AcntEnabled", "AcntName", "AcntServer", "AcntSecure", "AcntPort",
-                                  "AcntLoginID", "AcntPassword", "AcntColour", "AcntColourIndex",
-                                  "AcntClient", "AcntSound", "AcntSoundOn"})
-            expected << QString("Settings\\%1%2").arg(field).arg(n);
-    }
-    expected << "Settings\\Options\\RestoreColWidth";
-    QCOMPARE(rig.settings.reads, expected);
-}
-
-void StartUpTest::accountsGetTabsAndRunTimeValues() {
+void StartUpTest::accountsGetTabsRunTimeValuesAndCountdown() {
     TestRig rig;
     rig.addAccount(1, "Home");
     rig.addAccount(2, "Work", false);
+    rig.settings.set("Settings\\Options\\EmailCheckStartUp", "1");
     rig.clock.set("2026-11-21T16:05:00");
     QVERIFY(rig.start());
 
@@ -105,34 +83,16 @@ void StartUpTest::accountsGetTabsAndRunTimeValues() {
     QVERIFY(v.isEnabled("mnuTrayCheckAll"));
     QCOMPARE(v.panelText(1), QString("Home"));
     QCOMPARE(v.panelText(3), QString("Not Checked"));
+    QVERIFY(v.isVisible("tbrButtons(14)"));
+    QCOMPARE(v.caption("tbrButtons(14)"), QString("StartUp: Pause       "));
+    QVERIFY(Manual(rig.ctx->tmrMailStartUp).enabled);
+    QVERIFY(!rig.ctx->StartUpDone);
 
     const AccountStore& acc = rig.ctx->accounts;
     QCOMPARE(acc.AcntCurrent, 1);
     QCOMPARE(acc[2].AcntStatusText, QString("Work"));
     QCOMPARE(acc[2].AcntLastCheckTime, QString("4:05 PM"));
     QCOMPARE(acc[2].AcntPort, QString("110"));
-}
-
-void StartUpTest::startUpCountdownNeedsAnAccount_data() {
-    QTest::addColumn<int>("accounts");
-    QTest::addColumn<bool>("counting");
-    QTest::newRow("one account") << 1 << true;
-    QTest::newRow("no account") << 0 << false;
-}
-
-void StartUpTest::startUpCountdownNeedsAnAccount() {
-    QFETCH(int, accounts);
-    QFETCH(bool, counting);
-    TestRig rig;
-    rig.settings.set("Settings\\Options\\EmailCheckStartUp", "1");
-    for (int n = 1; n <= accounts; ++n)
-        rig.addAccount(n, "Home");
-    QVERIFY(rig.start());
-    QCOMPARE(rig.view.isVisible("tbrButtons(14)"), counting);
-    QCOMPARE(Manual(rig.ctx->tmrMailStartUp).enabled, counting);
-    QCOMPARE(rig.ctx->StartUpDone, !counting);
-    if (counting)
-        QCOMPARE(rig.view.caption("tbrButtons(14)"), QString("StartUp: Pause       "));
 }
 
 void StartUpTest::minimizedStartShowsOnlyTheTray() {
@@ -163,15 +123,13 @@ void StartUpTest::firstAutoCheckTime_data() {
     QTest::addColumn<QString>("minutes");
     QTest::addColumn<QString>("clock");
     QTest::addColumn<QString>("next");
-    QTest::newRow("short interval, late seconds: a minute more") << "10"
-                                                                 << "2026-11-21T10:15:25"
-                                                                 << "21/11/26-10:26";
-    QTest::newRow("short interval, early seconds") << "10"
-                                                   << "2026-11-21T10:15:19"
-                                                   << "21/11/26-10:25";
-    QTest::newRow("interval of 16, late seconds") << "16"
-                                                  << "2026-11-21T10:15:45"
-                                                  << "21/11/26-10:31";
+    auto row = [](const char* name, const char* minutes, const char* clock, const char* next) {
+        QTest::newRow(name) << minutes << clock << next;
+    };
+    row("short interval, late seconds: a minute more", "10", "2026-11-21T10:15:25",
+        "21/11/26-10:26");
+    row("short interval, early seconds", "10", "2026-11-21T10:15:19", "21/11/26-10:25");
+    row("interval of 16, late seconds", "16", "2026-11-21T10:15:45", "21/11/26-10:31");
 }
 
 void StartUpTest::firstAutoCheckTime() {
@@ -187,7 +145,7 @@ void StartUpTest::firstAutoCheckTime() {
     QCOMPARE(rig.view.panelText(4), rig.ctx->NextCheckText);
 }
 
-void StartUpTest::closeBoxGoesToTrayWhenOptionOn() {
+void StartUpTest::closeBoxGoesToTrayAndTrayQuitEnds() {
     TestRig rig;
     rig.addAccount(1, "Home");
     QVERIFY(rig.start());
@@ -203,6 +161,12 @@ void StartUpTest::closeBoxGoesToTrayWhenOptionOn() {
     frmMain::mnuTrayShow_Click(*rig.ctx);
     QVERIFY(rig.view.isWindowVisible());
     QCOMPARE(rig.view.windowState(), WindowState::Normal);
+
+    // Quit from the tray ends it, close box option or not.
+    frmMain::mnuTrayQuitApplication_Click(*rig.ctx);
+    QVERIFY(rig.view.unloaded);
+    QVERIFY(!rig.view.trayPresent);
+    QVERIFY(rig.settings.has("Settings\\Options\\SortOrder"));
 }
 
 void StartUpTest::unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles_data() {
@@ -243,15 +207,6 @@ void StartUpTest::unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles() {
     QCOMPARE(rig.settings.get("Settings\\Options\\SortOrder"), QString("0"));
     // A missing file is no failure.
     QCOMPARE(rig.files.removed, QStringList({"/temp/temporary.eml", "/temp/temporary.msg"}));
-}
-
-void StartUpTest::trayQuitEndsProgramEvenWithCloseButtonOn() {
-    TestRig rig;
-    QVERIFY(rig.start());
-    frmMain::mnuTrayQuitApplication_Click(*rig.ctx);
-    QVERIFY(rig.view.unloaded);
-    QVERIFY(!rig.view.trayPresent);
-    QVERIFY(rig.settings.has("Settings\\Options\\SortOrder"));
 }
 
 QTEST_GUILESS_MAIN(StartUpTest)

@@ -8,9 +8,8 @@ using namespace velmora;
 class CheckCycleTest : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void failedAccountBetweenTwoGoodOnes();
-    void stopDuringAnAccount_data();
-    void stopDuringAnAccount();
+    void walk_data();
+    void walk();
     void suppressionLists_data();
     void suppressionLists();
     void noAccountChecked_data();
@@ -23,11 +22,8 @@ private Q_SLOTS:
 private:
     static void fill(FakeMailbox& box, int count) {
         box.mail.clear();
-        for (int i = 0; i < count; ++i) {
-            FakeMailbox::Mail m;
-            m.uid = QString("m%1").arg(i);
-            box.mail.append(m);
-        }
+        for (int i = 0; i < count; ++i)
+            box.mail.append(QString("m%1").arg(i));
     }
     static std::unique_ptr<TestRig> threeAccounts() {
         auto rig = std::make_unique<TestRig>();
@@ -42,54 +38,55 @@ private:
     }
 };
 
-void CheckCycleTest::failedAccountBetweenTwoGoodOnes() {
+// A failure or a stop in one account leaves the others to be checked.
+void CheckCycleTest::walk_data() {
+    QTest::addColumn<bool>("stop"); // else the connection fails
+    QTest::addColumn<int>("in");
+    QTest::addColumn<QStringList>("statuses");
+    auto row = [](const char* name, bool stop, int in, const QStringList& statuses) {
+        QTest::newRow(name) << stop << in << statuses;
+    };
+    row("failure between two good ones", false, 2,
+        {"Home - 2 Messages", "Work - Error Accessing Account", "Club - 1 Message"});
+    row("stop in the first", true, 1, {"Home - User Stopped Retrieval", "Work", "Club"});
+    row("stop in the last", true, 3,
+        {"Home - 2 Messages", "Work - 1 Message", "Club - User Stopped Retrieval"});
+}
+
+void CheckCycleTest::walk() {
+    QFETCH(bool, stop);
+    QFETCH(int, in);
+    QFETCH(QStringList, statuses);
     auto rig = threeAccounts();
-    rig->mailbox("Work").connectFailure = 10061;
-    rig->ctx->accounts.AcntCurrent = 3;
-    CheckAllAccounts(*rig->ctx);
-    const AccountStore& acc = rig->ctx->accounts;
-    QCOMPARE(acc[1].AcntStatusText, QString("Home - 2 Messages"));
-    QCOMPARE(acc[2].AcntStatusText, QString("Work - Error Accessing Account"));
-    QCOMPARE(acc[3].AcntStatusText, QString("Club - 1 Message"));
-    QCOMPARE(rig->view.tabImage(TabStrip::Email, 2), QString("MailError"));
-    QCOMPARE(rig->view.tabImage(TabStrip::Accounts, 1), QString("MailYes"));
-    QCOMPARE(rig->view.tabs[0][0].caption, QString("Home  (2)"));
-    QCOMPARE(rig->boxes.boxes.size(), 1);
-    QCOMPARE(rig->boxes.boxes[0].title, QString("Velmora - Error Establishing Connection"));
+    AppContext& ctx = *rig->ctx;
+    FakeMailbox& faulty = rig->mailbox(ctx.accounts[in].AcntName);
+    if (stop)
+        faulty.duringFetch = [&ctx](int) {
+            ctx.StopRequested = true;
+        };
+    else
+        faulty.connectFailure = 10061;
+    ctx.accounts.AcntCurrent = 3;
+    CheckAllAccounts(ctx);
+    const AccountStore& acc = ctx.accounts;
+    for (int n = 1; n <= 3; ++n)
+        QCOMPARE(acc[n].AcntStatusText, statuses[n - 1]);
+    QCOMPARE(rig->view.tabImage(TabStrip::Email, in), QString("MailError"));
+    QCOMPARE(acc[in].AcntMsgCount, 0);
+    if (in != 1) {
+        QCOMPARE(rig->view.tabImage(TabStrip::Accounts, 1), QString("MailYes"));
+        QCOMPARE(rig->view.tabs[0][0].caption, QString("Home  (2)"));
+    }
+    // A stop shows no dialog, not even "No Accounts".
+    QCOMPARE(rig->boxes.boxes.size(), stop ? 0 : 1);
+    if (!stop)
+        QCOMPARE(rig->boxes.boxes[0].title, QString("Velmora - Error Establishing Connection"));
     // The walk puts the account shown back, and the interface on again.
     QCOMPARE(acc.AcntCurrent, 3);
     QCOMPARE(rig->view.selectedTab(TabStrip::Email), 3);
     QVERIFY(rig->view.isEnabled("fraMainButtons"));
     QVERIFY(!rig->view.isVisible("tbrButtons(1)"));
     QCOMPARE(acc[0].AcntLastCheckText, QString("Checked: 10:15 AM on Nov 21/26"));
-}
-
-void CheckCycleTest::stopDuringAnAccount_data() {
-    QTest::addColumn<QString>("stopIn");
-    QTest::addColumn<QStringList>("statuses");
-    QTest::newRow("first") << "Home"
-                           << QStringList{"Home - User Stopped Retrieval", "Work", "Club"};
-    QTest::newRow("last") << "Club"
-                          << QStringList{"Home - 2 Messages", "Work - 1 Message",
-                                         "Club - User Stopped Retrieval"};
-}
-
-void CheckCycleTest::stopDuringAnAccount() {
-    QFETCH(QString, stopIn);
-    QFETCH(QStringList, statuses);
-    auto rig = threeAccounts();
-    AppContext& ctx = *rig->ctx;
-    rig->mailbox(stopIn).duringFetch = [&ctx](int) {
-        ctx.StopRequested = true;
-    };
-    CheckAllAccounts(ctx);
-    for (int n = 1; n <= 3; ++n)
-        QCOMPARE(ctx.accounts[n].AcntStatusText, statuses[n - 1]);
-    const int stopped = int(statuses.indexOf(stopIn + " - User Stopped Retrieval")) + 1;
-    QCOMPARE(rig->view.tabImage(TabStrip::Email, stopped), QString("MailError"));
-    QCOMPARE(ctx.accounts[stopped].AcntMsgCount, 0);
-    // No failure dialog for a stop, and no "No Accounts" either.
-    QVERIFY(rig->boxes.boxes.isEmpty());
     QVERIFY(!ctx.StopRequested);
     QVERIFY(ctx.RetiredPopClients.empty() || ctx.PopClient);
 }
@@ -99,25 +96,21 @@ void CheckCycleTest::suppressionLists_data() {
     QTest::addColumn<bool>("atConnect");
     QTest::addColumn<int>("number");
     QTest::addColumn<bool>("shown");
-    QTest::newRow("connect: time-out silenced")
-        << "SuppressConnectErrors" << true << 10060 << false;
-    QTest::newRow("connect: host not found silenced")
-        << "SuppressConnectErrors" << true << 11001 << false;
-    QTest::newRow("connect: bad greeting silenced")
-        << "SuppressConnectErrors" << true << 30003 << false;
-    QTest::newRow("connect: rejected login always speaks")
-        << "SuppressConnectErrors" << true << 30007 << true;
-    QTest::newRow("connect: refused is not in the list")
-        << "SuppressConnectErrors" << true << 10061 << true;
-    QTest::newRow("connect: certificate is not in the list")
-        << "SuppressConnectErrors" << true << 60009 << true;
-    QTest::newRow("retrieve: lost silenced") << "SuppressRetrieveErrors" << false << 30013 << false;
-    QTest::newRow("retrieve: RETR refused silenced")
-        << "SuppressRetrieveErrors" << false << 30012 << false;
-    QTest::newRow("retrieve: listing is not in the list")
-        << "SuppressRetrieveErrors" << false << 30011 << true;
-    QTest::newRow("retrieve option leaves connecting alone")
-        << "SuppressRetrieveErrors" << true << 10060 << true;
+    auto row = [](const char* name, const char* option, bool atConnect, int number, bool shown) {
+        QTest::newRow(name) << option << atConnect << number << shown;
+    };
+    const char* connect = "SuppressConnectErrors";
+    const char* retrieve = "SuppressRetrieveErrors";
+    row("connect: time-out silenced", connect, true, 10060, false);
+    row("connect: host not found silenced", connect, true, 11001, false);
+    row("connect: bad greeting silenced", connect, true, 30003, false);
+    row("connect: rejected login always speaks", connect, true, 30007, true);
+    row("connect: refused is not in the list", connect, true, 10061, true);
+    row("connect: certificate is not in the list", connect, true, 60009, true);
+    row("retrieve: lost silenced", retrieve, false, 30013, false);
+    row("retrieve: RETR refused silenced", retrieve, false, 30012, false);
+    row("retrieve: listing is not in the list", retrieve, false, 30011, true);
+    row("retrieve option leaves connecting alone", retrieve, true, 10060, true);
 }
 
 void CheckCycleTest::suppressionLists() {

@@ -42,28 +42,25 @@ void ScheduleTest::nextAutoCheck_data() {
     QTest::addColumn<QString>("next");
     QTest::addColumn<QString>("text");
     QTest::addColumn<bool>("postponedAfter");
-    QTest::newRow("past midnight") << "2026-11-21T23:30:10" << 60 << "" << false << "22/11/26-00:30"
-                                   << "Auto Check at 12:30 AM" << false;
-    QTest::newRow("interval 0") << "2026-11-21T10:15:40" << 0 << "" << false << "21/11/26-10:15"
-                                << "Auto Check at 10:15 AM" << false;
-    QTest::newRow("into the window before midnight")
-        << "2026-11-21T21:50:00" << 30 << "22:00-06:00" << false << "22/11/26-06:00"
-        << "Auto Check at 6:00 AM" << true;
-    QTest::newRow("after midnight only the evening is kept free")
-        << "2026-11-21T01:00:00" << 30 << "22:00-06:00" << false << "21/11/26-01:30"
-        << "Auto Check at 1:30 AM" << false;
-    QTest::newRow("the check after a postponed one goes by the interval")
-        << "2026-11-21T21:50:00" << 30 << "22:00-06:00" << true << "21/11/26-22:20"
-        << "Auto Check at 10:20 PM" << false;
-    QTest::newRow("equal ends are no window")
-        << "2026-11-21T10:00:00" << 30 << "10:00-10:00" << false << "21/11/26-10:30"
-        << "Auto Check at 10:30 AM" << false;
-    QTest::newRow("a window within the day")
-        << "2026-11-21T13:00:00" << 30 << "13:15-14:00" << false << "21/11/26-14:00"
-        << "Auto Check at 2:00 PM" << true;
-    QTest::newRow("across the month end")
-        << "2026-11-30T23:50:00" << 30 << "" << false << "01/12/26-00:20"
-        << "Auto Check at 12:20 AM" << false;
+    auto row = [](const char* name, const char* clock, int minutes, const char* window,
+                  bool postponed, const char* next, const char* at, bool postponedAfter) {
+        QTest::newRow(name) << clock << minutes << window << postponed << next
+                            << QString("Auto Check at ") + at << postponedAfter;
+    };
+    row("past midnight", "2026-11-21T23:30:10", 60, "", false, "22/11/26-00:30", "12:30 AM", false);
+    row("interval 0", "2026-11-21T10:15:40", 0, "", false, "21/11/26-10:15", "10:15 AM", false);
+    row("into the window before midnight", "2026-11-21T21:50:00", 30, "22:00-06:00", false,
+        "22/11/26-06:00", "6:00 AM", true);
+    row("after midnight only the evening is kept free", "2026-11-21T01:00:00", 30, "22:00-06:00",
+        false, "21/11/26-01:30", "1:30 AM", false);
+    row("the check after a postponed one goes by the interval", "2026-11-21T21:50:00", 30,
+        "22:00-06:00", true, "21/11/26-22:20", "10:20 PM", false);
+    row("equal ends are no window", "2026-11-21T10:00:00", 30, "10:00-10:00", false,
+        "21/11/26-10:30", "10:30 AM", false);
+    row("a window within the day", "2026-11-21T13:00:00", 30, "13:15-14:00", false,
+        "21/11/26-14:00", "2:00 PM", true);
+    row("across the month end", "2026-11-30T23:50:00", 30, "", false, "01/12/26-00:20", "12:20 AM",
+        false);
 }
 
 void ScheduleTest::nextAutoCheck() {

@@ -19,14 +19,6 @@ private Q_SLOTS:
     void newMessagesAcrossPasses();
     void quickCheckKeepsWhatItHolds();
     void failedFetchClearsCountsButRemembersIdentifiers();
-
-private:
-    static FakeMailbox::Mail mail(const QString& uid) {
-        FakeMailbox::Mail m;
-        m.uid = uid;
-        m.subject = "Subject " + uid;
-        return m;
-    }
 };
 
 void CaptureTest::cleaning_data() {
@@ -34,26 +26,16 @@ void CaptureTest::cleaning_data() {
     QTest::addColumn<QString>("to");
     QTest::addColumn<QString>("cleanFrom");
     QTest::addColumn<QString>("cleanTo");
-    QTest::newRow("quoted name with ampersand") << R"("Smith & Jones" <sj@example.com>)"
-                                                << "me@example.com"
-                                                << "Smith and Jones <sj@example.com>"
-                                                << "me@example.com";
-    QTest::newRow("To of quotation marks only") << "a@b"
-                                                << R"("")"
-                                                << "a@b"
-                                                << "Undisclosed-Recipient";
-    QTest::newRow("empty To") << ""
-                              << ""
-                              << ""
-                              << "Undisclosed-Recipient";
-    QTest::newRow("blank To stays") << "a@b"
-                                    << " "
-                                    << "a@b"
-                                    << " ";
-    QTest::newRow("quotes inside a list") << "x"
-                                          << R"("A" <a@x>, "B" <b@x>)"
-                                          << "x"
-                                          << "A <a@x>, B <b@x>";
+    auto row = [](const char* name, const char* from, const char* to, const char* cleanFrom,
+                  const char* cleanTo) {
+        QTest::newRow(name) << from << to << cleanFrom << cleanTo;
+    };
+    row("quoted name with ampersand", R"("Smith & Jones" <sj@example.com>)", "me@example.com",
+        "Smith and Jones <sj@example.com>", "me@example.com");
+    row("To of quotation marks only", "a@b", R"("")", "a@b", "Undisclosed-Recipient");
+    row("empty To", "", "", "", "Undisclosed-Recipient");
+    row("blank To stays", "a@b", " ", "a@b", " ");
+    row("quotes inside a list", "x", R"("A" <a@x>, "B" <b@x>)", "x", "A <a@x>, B <b@x>");
 }
 
 void CaptureTest::cleaning() {
@@ -88,30 +70,20 @@ void CaptureTest::dates_data() {
     QTest::addColumn<QString>("locale");
     QTest::addColumn<QString>("general");
     QTest::addColumn<QString>("shown");
-    QTest::newRow("long form loses its marker") << "2026-12-25T22:34:56"
-                                                << "C"
-                                                << "12/25/2026 10:34:56 PM"
-                                                << "Dec 25, 2026 10:34:56 AM";
-    QTest::newRow("twenty characters keep it") << "2026-12-05T21:04:03"
-                                               << "en_US"
-                                               << "12/5/2026 9:04:03 PM"
-                                               << "Dec 05, 2026 09:04:03 PM";
-    QTest::newRow("a single letter of the marker still reads") << "2026-12-25T21:04:03"
-                                                               << "C"
-                                                               << "12/25/2026 9:04:03 PM"
-                                                               << "Dec 25, 2026 09:04:03 PM";
-    QTest::newRow("noon") << "2026-01-05T12:05:00"
-                          << "C"
-                          << "1/5/2026 12:05:00 PM"
-                          << "Jan 05, 2026 12:05:00 PM";
-    QTest::newRow("midnight has no time") << "2026-01-05T00:00:00"
-                                          << "C"
-                                          << "1/5/2026"
-                                          << "Jan 05, 2026 12:00:00 AM";
-    QTest::newRow("another locale's order and names")
-        << "2026-03-25T22:34:56"
-        << "de_DE"
-        << "25.03.2026 22:34:56" << QString::fromUtf8("März 25, 2026 10:34:56 PM");
+    auto row = [](const char* name, const char* moment, const char* locale, const char* general,
+                  const QString& shown) {
+        QTest::newRow(name) << moment << locale << general << shown;
+    };
+    row("long form loses its marker", "2026-12-25T22:34:56", "C", "12/25/2026 10:34:56 PM",
+        "Dec 25, 2026 10:34:56 AM");
+    row("twenty characters keep it", "2026-12-05T21:04:03", "en_US", "12/5/2026 9:04:03 PM",
+        "Dec 05, 2026 09:04:03 PM");
+    row("a single letter of the marker still reads", "2026-12-25T21:04:03", "C",
+        "12/25/2026 9:04:03 PM", "Dec 25, 2026 09:04:03 PM");
+    row("noon", "2026-01-05T12:05:00", "C", "1/5/2026 12:05:00 PM", "Jan 05, 2026 12:05:00 PM");
+    row("midnight has no time", "2026-01-05T00:00:00", "C", "1/5/2026", "Jan 05, 2026 12:00:00 AM");
+    row("another locale's order and names", "2026-03-25T22:34:56", "de_DE", "25.03.2026 22:34:56",
+        QString::fromUtf8("März 25, 2026 10:34:56 PM"));
 }
 
 void CaptureTest::dates() {
@@ -150,9 +122,7 @@ void CaptureTest::newMessagesAcrossPasses() {
     QVERIFY(rig.start());
     for (int p = 0; p < passes.size(); ++p) {
         FakeMailbox& box = rig.mailbox("Home");
-        box.mail.clear();
-        for (const QString& uid : passes[p].mailbox)
-            box.mail.append(mail(uid));
+        box.mail = passes[p].mailbox;
         CheckAllAccounts(*rig.ctx);
         const Account& a = rig.ctx->accounts[1];
         QCOMPARE(a.AcntMsgCount, passes[p].mailbox.size());
@@ -170,12 +140,12 @@ void CaptureTest::quickCheckKeepsWhatItHolds() {
     rig.addAccount(1, "Home");
     QVERIFY(rig.start());
     FakeMailbox& box = rig.mailbox("Home");
-    box.mail = {mail("a"), mail("b")};
+    box.mail = {"a", "b"};
     CheckAllAccounts(*rig.ctx);
     QCOMPARE(box.fetches, 1);
 
     // One left and one arrived: the count is the same, so nothing is fetched.
-    box.mail = {mail("a"), mail("z")};
+    box.mail = {"a", "z"};
     CheckAllAccounts(*rig.ctx);
     QCOMPARE(box.fetches, 1);
     const Account& a = rig.ctx->accounts[1];
@@ -198,10 +168,10 @@ void CaptureTest::failedFetchClearsCountsButRemembersIdentifiers() {
     rig.settings.set("Settings\\Options\\QuickCheck", "0");
     QVERIFY(rig.start());
     FakeMailbox& box = rig.mailbox("Home");
-    box.mail = {mail("a"), mail("b")};
+    box.mail = {"a", "b"};
     CheckAllAccounts(*rig.ctx);
 
-    box.mail.append(mail("c"));
+    box.mail.append("c");
     box.fetchFailure = 30013;
     CheckAllAccounts(*rig.ctx);
     const Account& a = rig.ctx->accounts[1];

@@ -11,7 +11,32 @@ private Q_SLOTS:
     void order_data();
     void order();
     void sameOrderAsTheLiteralWalk();
+
+private:
+    // Sorts account 1 of a started rig, its messages holding these values in
+    // every field; their original positions, as sorted.
+    static QList<int> sorted(TestRig& rig, const QStringList& values, const QString& column,
+                             int descending);
 };
+
+QList<int> SortingTest::sorted(TestRig& rig, const QStringList& values, const QString& column,
+                               int descending) {
+    AppContext& ctx = *rig.ctx;
+    const int count = int(values.size());
+    ctx.messages.GrowMessageStore(count);
+    ctx.accounts[1].AcntMsgCount = count;
+    for (int i = 0; i < count; ++i) {
+        MailMessage& m = ctx.messages.at(1, i + 1);
+        m.From = m.Subject = m.Date = m.Size = values[i];
+        m.MsgID = QString::number(i + 1);
+    }
+    ctx.SortDescending = descending;
+    SortMessages(ctx, 1, column);
+    QList<int> order;
+    for (int i = 1; i <= count; ++i)
+        order.append(ctx.messages.at(1, i).MsgID.toInt());
+    return order;
+}
 
 void SortingTest::order_data() {
     QTest::addColumn<QString>("column");
@@ -19,24 +44,21 @@ void SortingTest::order_data() {
     QTest::addColumn<QStringList>("values");
     QTest::addColumn<QList<int>>("order"); // original positions, as sorted
     QTest::addColumn<QString>("picture");
+    auto row = [](const char* name, const char* column, int descending, const QStringList& values,
+                  const QList<int>& order, const char* picture) {
+        QTest::newRow(name) << column << descending << values << order << picture;
+    };
     // The exchange walk swaps the two equal "B" subjects past each other.
-    QTest::newRow("equal keys are not stable") << "Subject" << 0 << QStringList{"B", "a", "b", "A"}
-                                               << QList<int>{2, 4, 3, 1} << "Ascending";
-    QTest::newRow("case alone is equal")
-        << "Subject" << 0 << QStringList{"b", "B", "a"} << QList<int>{3, 2, 1} << "Ascending";
+    row("equal keys are not stable", "Subject", 0, {"B", "a", "b", "A"}, {2, 4, 3, 1}, "Ascending");
+    row("case alone is equal", "Subject", 0, {"b", "B", "a"}, {3, 2, 1}, "Ascending");
     // Month name first, and the hours of a twelve-hour clock before AM/PM.
-    QTest::newRow("dates sort as text")
-        << "Date" << 0
-        << QStringList{"Jan 05, 2026 09:00:00 AM", "Apr 01, 2027 09:00:00 AM",
-                       "Jan 05, 2026 01:00:00 PM"}
-        << QList<int>{2, 3, 1} << "Ascending";
-    QTest::newRow("sizes padded to six digits")
-        << "Size" << 0 << QStringList{"100", "9", "1000000", "10", "999999"}
-        << QList<int>{2, 4, 1, 3, 5} << "Ascending";
-    QTest::newRow("descending") << "From" << 1 << QStringList{"a", "c", "b"} << QList<int>{2, 3, 1}
-                                << "Descending";
-    QTest::newRow("no column of that name")
-        << "4" << 0 << QStringList{"b", "a"} << QList<int>{1, 2} << "";
+    row("dates sort as text", "Date", 0,
+        {"Jan 05, 2026 09:00:00 AM", "Apr 01, 2027 09:00:00 AM", "Jan 05, 2026 01:00:00 PM"},
+        {2, 3, 1}, "Ascending");
+    row("sizes padded to six digits", "Size", 0, {"100", "9", "1000000", "10", "999999"},
+        {2, 4, 1, 3, 5}, "Ascending");
+    row("descending", "From", 1, {"a", "c", "b"}, {2, 3, 1}, "Descending");
+    row("no column of that name", "4", 0, {"b", "a"}, {1, 2}, "");
 }
 
 void SortingTest::order() {
@@ -48,20 +70,7 @@ void SortingTest::order() {
     TestRig rig;
     rig.addAccount(1, "Home");
     QVERIFY(rig.start());
-    AppContext& ctx = *rig.ctx;
-    ctx.messages.GrowMessageStore(int(values.size()));
-    ctx.accounts[1].AcntMsgCount = int(values.size());
-    for (int i = 0; i < values.size(); ++i) {
-        MailMessage& m = ctx.messages.at(1, i + 1);
-        m.From = m.Subject = m.Date = m.Size = values[i];
-        m.MsgID = QString::number(i + 1);
-    }
-    ctx.SortDescending = descending;
-    SortMessages(ctx, 1, column);
-    QList<int> sorted;
-    for (int i = 1; i <= values.size(); ++i)
-        sorted.append(ctx.messages.at(1, i).MsgID.toInt());
-    QCOMPARE(sorted, order);
+    QCOMPARE(sorted(rig, values, column, descending), order);
     QCOMPARE(rig.view.control("lvwEmail/" + column).image, picture);
     QCOMPARE(rig.view.control("lvwEmail/To").image, QString("Blank"));
 }
@@ -96,18 +105,7 @@ void SortingTest::sameOrderAsTheLiteralWalk() {
         TestRig rig;
         rig.addAccount(1, "Home");
         QVERIFY(rig.start());
-        rig.ctx->messages.GrowMessageStore(count);
-        rig.ctx->accounts[1].AcntMsgCount = count;
-        for (int i = 0; i < count; ++i) {
-            rig.ctx->messages.at(1, i + 1).Subject = subjects[i];
-            rig.ctx->messages.at(1, i + 1).MsgID = QString::number(i + 1);
-        }
-        rig.ctx->SortDescending = descending;
-        SortMessages(*rig.ctx, 1, "Subject");
-        QList<int> sorted;
-        for (int i = 1; i <= count; ++i)
-            sorted.append(rig.ctx->messages.at(1, i).MsgID.toInt());
-        QCOMPARE(sorted, expected);
+        QCOMPARE(sorted(rig, subjects, "Subject", descending), expected);
     }
 }
 

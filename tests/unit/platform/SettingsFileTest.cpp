@@ -14,8 +14,7 @@ class SettingsFileTest : public QObject {
 private Q_SLOTS:
     void initTestCase();
     void fileLiesAtTheFixedPathOwnerOnly();
-    void optionsLieUnderTheirSection();
-    void deleteRemovesOneKey();
+    void optionsLieUnderTheirSectionDeleteTakesOneKey();
     void logonEntryWrittenAndRemoved();
     void logonEntryFailsInSilence();
 
@@ -41,7 +40,7 @@ void SettingsFileTest::fileLiesAtTheFixedPathOwnerOnly() {
     QCOMPARE(info.st_mode & 0777, mode_t(0600));
 }
 
-void SettingsFileTest::optionsLieUnderTheirSection() {
+void SettingsFileTest::optionsLieUnderTheirSectionDeleteTakesOneKey() {
     QtSettingsStore store;
     store.SaveSetting(app, "Settings\\Options", "Minutes", "45");
     QFile file(QtSettingsStore::FileName(app));
@@ -51,10 +50,7 @@ void SettingsFileTest::optionsLieUnderTheirSection() {
     QVERIFY2(text.contains("Options\\Minutes=45"), qPrintable(text));
     QCOMPARE(store.GetSetting(app, "Settings\\Options", "Minutes", "30"), QString("45"));
     QCOMPARE(store.GetSetting(app, "Settings", "Minutes", "30"), QString("30"));
-}
 
-void SettingsFileTest::deleteRemovesOneKey() {
-    QtSettingsStore store;
     store.SaveSetting(app, "Settings", "AcntName7", "Seven");
     store.SaveSetting(app, "Settings", "AcntName8", "Eight");
     store.DeleteSetting(app, "Settings", "AcntName7");
