@@ -169,19 +169,28 @@ QWidget* MainWindow::buildPage(int page) {
     return frame;
 }
 
-QWidget* MainWindow::buildEmailPage() {
+QWidget* MainWindow::buildPage(const QString& toolbar, const QString& frame, QVBoxLayout*& layout) {
     auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
+    layout = new QVBoxLayout(page);
     layout->setContentsMargins(0, 0, 0, 0);
-    QToolBar* bar = buildToolbar("tbrEmail");
-    name(bar, "fraEmailToolBar");
+    QToolBar* bar = buildToolbar(toolbar);
+    name(bar, frame);
     layout->addWidget(bar);
+    return page;
+}
 
-    tabs[0] = new QTabBar;
-    tabs[0]->setExpanding(false);
-    name(tabs[0], "TabStripEmail");
-    connect(tabs[0], &QTabBar::currentChanged, this, [this] { click("TabStripEmail"); });
-    layout->addWidget(tabs[0]);
+QTabBar* MainWindow::buildTabStrip(int strip, const QString& control) {
+    tabs[strip] = new QTabBar;
+    tabs[strip]->setExpanding(false);
+    name(tabs[strip], control);
+    connect(tabs[strip], &QTabBar::currentChanged, this, [this, control] { click(control); });
+    return tabs[strip];
+}
+
+QWidget* MainWindow::buildEmailPage() {
+    QVBoxLayout* layout = nullptr;
+    QWidget* page = buildPage("tbrEmail", "fraEmailToolBar", layout);
+    layout->addWidget(buildTabStrip(0, "TabStripEmail"));
 
     list = new QTreeWidget;
     list->setColumnCount(kColumns);
@@ -196,17 +205,9 @@ QWidget* MainWindow::buildEmailPage() {
 }
 
 QWidget* MainWindow::buildAccountsPage() {
-    auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    QToolBar* bar = buildToolbar("tbrAcnts");
-    name(bar, "fraAcntToolBar");
-    layout->addWidget(bar);
-    tabs[1] = new QTabBar;
-    tabs[1]->setExpanding(false);
-    name(tabs[1], "TabStripAcnts");
-    connect(tabs[1], &QTabBar::currentChanged, this, [this] { click("TabStripAcnts"); });
-    layout->addWidget(tabs[1]);
+    QVBoxLayout* layout = nullptr;
+    QWidget* page = buildPage("tbrAcnts", "fraAcntToolBar", layout);
+    layout->addWidget(buildTabStrip(1, "TabStripAcnts"));
     auto* fields = new QWidget;
     name(fields, "fraAcnt");
     layout->addWidget(fields, 1);
@@ -214,12 +215,8 @@ QWidget* MainWindow::buildAccountsPage() {
 }
 
 QWidget* MainWindow::buildRulesPage() {
-    auto* page = new QWidget;
-    auto* layout = new QVBoxLayout(page);
-    layout->setContentsMargins(0, 0, 0, 0);
-    QToolBar* bar = buildToolbar("tbrRules");
-    name(bar, "fraRulesToolbar");
-    layout->addWidget(bar);
+    QVBoxLayout* layout = nullptr;
+    QWidget* page = buildPage("tbrRules", "fraRulesToolbar", layout);
     auto* fileName = new QLabel;
     name(fileName, "lblRulesFileName");
     layout->addWidget(fileName);

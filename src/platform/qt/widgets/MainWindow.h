@@ -12,6 +12,7 @@ class QProgressBar;
 class QStackedWidget;
 class QSystemTrayIcon;
 class QTabBar;
+class QVBoxLayout;
 class QToolBar;
 class QTreeWidget;
 
@@ -100,6 +101,9 @@ private:
     QWidget* buildAccountsPage();
     QWidget* buildRulesPage();
     QToolBar* buildToolbar(const QString& name);
+    // A page headed by its toolbar in a named frame; `layout` is the page's.
+    QWidget* buildPage(const QString& toolbar, const QString& frame, QVBoxLayout*& layout);
+    QTabBar* buildTabStrip(int strip, const QString& control);
     void buildStatusBar();
     void buildTray();
     void name(QObject* control, const QString& controlName);
