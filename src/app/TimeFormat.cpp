@@ -10,6 +10,12 @@ struct Token {
     QChar letter; // lower case; 0 for a literal
     int length = 0;
     QString literal;
+    bool minute = false; // an "m" or "mm" that stands for minutes
+};
+
+struct Tokens {
+    QList<Token> list;
+    bool twelveHour = false;
 };
 
 bool isMarker(const QString& pattern, int i) {
@@ -43,8 +49,13 @@ QList<Token> tokenize(const QString& pattern) {
     return tokens;
 }
 
-QString twoDigits(int n) {
-    return QStringLiteral("%1").arg(n, 2, 10, QChar('0'));
+void appendTwoDigits(QString& out, int n) {
+    if (n < 0 || n > 99) {
+        out += QStringLiteral("%1").arg(n, 2, 10, QChar('0'));
+        return;
+    }
+    out += QChar(u'0' + n / 10);
+    out += QChar(u'0' + n % 10);
 }
 
 // An "m" or "mm" stands for minutes right after an hour or before seconds.
@@ -64,19 +75,41 @@ bool isMinute(const QList<Token>& tokens, int index) {
     return false;
 }
 
+// The same few patterns come back for every message of a check, so the
+// last one's reading is kept.
+const Tokens& TokensOf(const QString& pattern) {
+    thread_local QString last;
+    thread_local bool ready = false;
+    thread_local Tokens tokens;
+    if (!ready || pattern != last) {
+        tokens.list = tokenize(pattern);
+        tokens.twelveHour = false;
+        for (int i = 0; i < tokens.list.size(); ++i) {
+            Token& t = tokens.list[i];
+            tokens.twelveHour = tokens.twelveHour || t.letter == 'a';
+            t.minute = t.letter == 'm' && t.length <= 2 && isMinute(tokens.list, i);
+        }
+        last = pattern;
+        ready = true;
+    }
+    return tokens;
+}
+
 } // namespace
 
 QString FormatTime(const QDateTime& moment, const QString& pattern, const QLocale& locale) {
-    const QList<Token> tokens = tokenize(pattern);
-    bool twelveHour = false;
-    for (const Token& t : tokens)
-        twelveHour = twelveHour || t.letter == 'a';
-
+    const Tokens& tokens = TokensOf(pattern);
     const QDate date = moment.date();
     const QTime time = moment.time();
     QString out;
-    for (int i = 0; i < tokens.size(); ++i) {
-        const Token& t = tokens[i];
+    out.reserve(pattern.size() + 8);
+    const auto number = [&out](int value, int length) {
+        if (length == 1)
+            out += QString::number(value);
+        else
+            appendTwoDigits(out, value);
+    };
+    for (const Token& t : tokens.list) {
         const int n = t.length;
         switch (t.letter.unicode()) {
         case 0:
@@ -89,35 +122,39 @@ QString FormatTime(const QDateTime& moment, const QString& pattern, const QLocal
             break;
         }
         case 'd':
-            out += n == 1   ? QString::number(date.day())
-                   : n == 2 ? twoDigits(date.day())
-                   : n == 3 ? locale.dayName(date.dayOfWeek(), QLocale::ShortFormat)
-                            : locale.dayName(date.dayOfWeek(), QLocale::LongFormat);
+            if (n <= 2)
+                number(date.day(), n);
+            else
+                out += locale.dayName(date.dayOfWeek(),
+                                      n == 3 ? QLocale::ShortFormat : QLocale::LongFormat);
             break;
         case 'm':
-            if (n <= 2 && isMinute(tokens, i))
-                out += n == 1 ? QString::number(time.minute()) : twoDigits(time.minute());
+            if (t.minute)
+                number(time.minute(), n);
+            else if (n <= 2)
+                number(date.month(), n);
             else
-                out += n == 1   ? QString::number(date.month())
-                       : n == 2 ? twoDigits(date.month())
-                       : n == 3 ? locale.monthName(date.month(), QLocale::ShortFormat)
-                                : locale.monthName(date.month(), QLocale::LongFormat);
+                out += locale.monthName(date.month(),
+                                        n == 3 ? QLocale::ShortFormat : QLocale::LongFormat);
             break;
         case 'y':
-            out += n <= 2 ? twoDigits(date.year() % 100) : QString::number(date.year());
+            if (n <= 2)
+                appendTwoDigits(out, date.year() % 100);
+            else
+                out += QString::number(date.year());
             break;
         case 'h': {
             int hour = time.hour();
-            if (twelveHour) {
+            if (tokens.twelveHour) {
                 hour %= 12;
                 if (hour == 0)
                     hour = 12;
             }
-            out += n == 1 ? QString::number(hour) : twoDigits(hour);
+            number(hour, n);
             break;
         }
         case 's':
-            out += n == 1 ? QString::number(time.second()) : twoDigits(time.second());
+            number(time.second(), n);
             break;
         }
     }

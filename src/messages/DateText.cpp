@@ -93,10 +93,6 @@ QDateTime ParseGeneral(const QString& text, const QLocale& locale) {
     return time.isValid() ? QDateTime(date, time) : QDateTime();
 }
 
-QString TwoDigits(int n) {
-    return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0'));
-}
-
 } // namespace
 
 QString GeneralDate(const QDateTime& date, const QLocale& locale) {
@@ -104,13 +100,23 @@ QString GeneralDate(const QDateTime& date, const QLocale& locale) {
     const QTime t = date.time();
     if (UsForm(locale)) {
         // Built by hand: this runs for every message of every check.
-        QString text = QString::number(d.month()) + QLatin1Char('/') + QString::number(d.day()) +
-                       QLatin1Char('/') + QString::number(d.year());
+        QString text;
+        text.reserve(24);
+        text += QString::number(d.month());
+        text += QLatin1Char('/');
+        text += QString::number(d.day());
+        text += QLatin1Char('/');
+        text += QString::number(d.year());
         if (t != QTime(0, 0)) {
             const int hour = t.hour() % 12 == 0 ? 12 : t.hour() % 12;
-            text += QLatin1Char(' ') + QString::number(hour) + QLatin1Char(':') +
-                    TwoDigits(t.minute()) + QLatin1Char(':') + TwoDigits(t.second()) +
-                    (t.hour() < 12 ? QLatin1String(" AM") : QLatin1String(" PM"));
+            text += QLatin1Char(' ');
+            text += QString::number(hour);
+            for (const int n : {t.minute(), t.second()}) {
+                text += QLatin1Char(':');
+                text += QChar(u'0' + n / 10);
+                text += QChar(u'0' + n % 10);
+            }
+            text += t.hour() < 12 ? QLatin1String(" AM") : QLatin1String(" PM");
         }
         return text;
     }
