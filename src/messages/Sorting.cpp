@@ -96,7 +96,15 @@ void SortMessages(AppContext& ctx, int account, const QString& column) {
         rank[size_t(keys[k].second)] =
             k > 0 && keys[k].first == keys[k - 1].first ? rank[size_t(keys[k - 1].second)] : int(k);
     const bool descending = ctx.SortDescending != 0;
-    for (int i = 1; i < count; ++i) {
+    // With no two keys equal the walk can only end in sorted order; only
+    // ties make its path matter.
+    const bool ties =
+        std::adjacent_find(keys.begin(), keys.end(), [](const auto& a, const auto& b) {
+            return a.first == b.first;
+        }) != keys.end();
+    for (int n = 1; !ties && n <= count; ++n)
+        order[size_t(n)] = keys[size_t(descending ? count - n : n - 1)].second;
+    for (int i = 1; ties && i < count; ++i) {
         for (int j = i + 1; j <= count; ++j) {
             const int a = rank[size_t(j)];
             const int b = rank[size_t(i)];
