@@ -159,17 +159,9 @@ bool FieldNameChar(char c) {
 bool SplitFields(const char* data, qsizetype start, qsizetype end, QuickFields& fields) {
     int current = -1;
     qsizetype valueStart = 0;
-    bool plain = true;
     const auto close = [&](qsizetype at) {
-        if (current >= 0) {
-            const QByteArray value(data + valueStart, at - valueStart);
-            // The tree reads the content fields after decoding them as text.
-            if (current >= QuickFields::Type &&
-                (value.contains("=?") ||
-                 std::any_of(value.begin(), value.end(), [](char c) { return c & 0x80; })))
-                plain = false;
-            fields.raw[current] = value;
-        }
+        if (current >= 0)
+            fields.raw[current] = QByteArray(data + valueStart, at - valueStart);
         current = -1;
     };
     for (qsizetype pos = start; pos < end;) {
@@ -190,8 +182,6 @@ bool SplitFields(const char* data, qsizetype start, qsizetype end, QuickFields& 
                 ++colon;
             if (colon == pos || colon == eol - 1 || data[colon] != ':')
                 return false;
-            if (!plain)
-                return false;
             const int index = FieldIndex(data + pos, colon - pos);
             if (index >= 0 && !fields.raw[index]) {
                 current = index;
@@ -203,7 +193,7 @@ bool SplitFields(const char* data, qsizetype start, qsizetype end, QuickFields& 
         pos = eol + 1;
     }
     close(end);
-    return plain;
+    return true;
 }
 
 QByteArray Unfolded(const QByteArray& raw) {
@@ -217,19 +207,53 @@ bool Is(const QByteArray& value, const char* name) {
     return g_ascii_strcasecmp(value.constData(), name) == 0;
 }
 
+// What a content field says, read from its raw value. Where the value
+// holds encoded words or 8-bit bytes it is read once more as decoded text,
+// and only an answer both readings agree on is taken: the tree may read
+// it either way.
+template <typename Reading>
+std::optional<Reading> ReadField(const QByteArray& raw, Reading (*read)(const char*)) {
+    const Reading reading = read(Unfolded(raw).constData());
+    const bool decodable =
+        raw.contains("=?") || std::any_of(raw.begin(), raw.end(), [](char c) { return c & 0x80; });
+    if (decodable && !(read(DecodedValue(raw).toUtf8().constData()) == reading))
+        return std::nullopt;
+    return reading;
+}
+
 // What a part's Content-Type says, text/plain where it says nothing.
 struct TypeInfo {
-    QByteArray type = "text", subtype = "plain", charset, name, boundary;
-    explicit TypeInfo(const std::optional<QByteArray>& raw) {
-        if (!raw)
-            return;
-        GMimeContentType* ct = g_mime_content_type_parse(nullptr, Unfolded(*raw).constData());
-        type = g_mime_content_type_get_media_type(ct);
-        subtype = g_mime_content_type_get_media_subtype(ct);
-        charset = g_mime_content_type_get_parameter(ct, "charset");
-        name = g_mime_content_type_get_parameter(ct, "name");
-        boundary = g_mime_content_type_get_parameter(ct, "boundary");
+    QByteArray type = "text", subtype = "plain", charset, boundary;
+    bool named = false;
+
+    bool operator==(const TypeInfo&) const = default;
+
+    static TypeInfo Read(const char* value) {
+        TypeInfo info;
+        GMimeContentType* ct = g_mime_content_type_parse(nullptr, value);
+        info.type = g_mime_content_type_get_media_type(ct);
+        info.subtype = g_mime_content_type_get_media_subtype(ct);
+        info.charset = g_mime_content_type_get_parameter(ct, "charset");
+        info.named = g_mime_content_type_get_parameter(ct, "name") != nullptr;
+        info.boundary = g_mime_content_type_get_parameter(ct, "boundary");
         g_object_unref(ct);
+        return info;
+    }
+};
+
+struct DispositionInfo {
+    bool attachment = false;
+    bool named = false;
+
+    bool operator==(const DispositionInfo&) const = default;
+
+    static DispositionInfo Read(const char* value) {
+        GMimeContentDisposition* cd = g_mime_content_disposition_parse(nullptr, value);
+        const DispositionInfo info{bool(g_mime_content_disposition_is_attachment(cd)),
+                                   g_mime_content_disposition_get_parameter(cd, "filename") !=
+                                       nullptr};
+        g_object_unref(cd);
+        return info;
     }
 };
 
@@ -243,6 +267,7 @@ struct TextChoice {
 };
 
 struct QuickWalk {
+    qsizetype size = 0; // the whole message's
     TextChoice plain, html;
     int attachments = 0;
     QList<QByteArray> delimiters; // "--" and the boundary of each open multipart
@@ -288,7 +313,9 @@ bool WalkMultipart(const char* data, qsizetype start, qsizetype end, const QByte
             const qsizetype lineEnd = found ? eol - 1 : eol;
             const int kind =
                 BoundaryKind(QByteArrayView(data + pos, lineEnd - pos), walk.delimiters);
-            if (kind < 0 || (kind > 0 && !found))
+            // A boundary that ends the message without a line break
+            // leaves its part's last carriage return to the tree's rules.
+            if (kind < 0 || (kind > 0 && !found && end == walk.size))
                 return false;
             if (kind > 0) {
                 if (partStart >= 0) {
@@ -316,7 +343,13 @@ bool WalkEntity(const char* data, qsizetype start, qsizetype end, QuickWalk& wal
     if (blank <= 0 || !SplitFields(data, start, start + blank, fields))
         return false;
     const qsizetype content = start + blank + 4;
-    const TypeInfo type(fields.raw[QuickFields::Type]);
+    TypeInfo type;
+    if (const auto& raw = fields.raw[QuickFields::Type]) {
+        const std::optional<TypeInfo> read = ReadField(*raw, &TypeInfo::Read);
+        if (!read)
+            return false;
+        type = *read;
+    }
     if (Is(type.type, "multipart")) {
         if (Is(type.subtype, "digest") || type.boundary.isEmpty())
             return false;
@@ -330,14 +363,14 @@ bool WalkEntity(const char* data, qsizetype start, qsizetype end, QuickWalk& wal
     }
     bool attachment = false;
     bool inlined = false;
-    bool named = !type.name.isNull();
+    bool named = type.named;
     if (const auto& raw = fields.raw[QuickFields::Disposition]) {
-        GMimeContentDisposition* cd =
-            g_mime_content_disposition_parse(nullptr, Unfolded(*raw).constData());
-        attachment = g_mime_content_disposition_is_attachment(cd);
+        const std::optional<DispositionInfo> read = ReadField(*raw, &DispositionInfo::Read);
+        if (!read)
+            return false;
+        attachment = read->attachment;
         inlined = !attachment;
-        named = g_mime_content_disposition_get_parameter(cd, "filename") != nullptr || named;
-        g_object_unref(cd);
+        named = named || read->named;
     }
     const bool text = Is(type.type, "text");
     const bool plain = text && Is(type.subtype, "plain");
@@ -352,8 +385,13 @@ bool WalkEntity(const char* data, qsizetype start, qsizetype end, QuickWalk& wal
         choice->data = data + content;
         choice->size = end - content;
         choice->charset = type.charset;
-        if (const auto& cte = fields.raw[QuickFields::Encoding])
-            choice->encoding = g_mime_content_encoding_from_string(Unfolded(*cte).constData());
+        if (const auto& cte = fields.raw[QuickFields::Encoding]) {
+            const std::optional<GMimeContentEncoding> read =
+                ReadField(*cte, &g_mime_content_encoding_from_string);
+            if (!read)
+                return false;
+            choice->encoding = *read;
+        }
     }
     return true;
 }
@@ -396,6 +434,7 @@ bool TextOfChoice(const TextChoice& choice, QString& text) {
 bool ParseQuickly(const QByteArray& message, const QDateTime& retrievedAt, ParsedMessage& parsed) {
     InitOnce();
     QuickWalk walk;
+    walk.size = message.size();
     QuickFields fields;
     if (!WalkEntity(message.constData(), 0, message.size(), walk, fields))
         return false;

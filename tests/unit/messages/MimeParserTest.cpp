@@ -153,6 +153,22 @@ QList<QuickCase> QuickCases() {
             "--=_M\r\nContent-Type: message/rfc822\r\n\r\nSubject: old\r\n\r\nold\r\n"
             "--=_M--\r\nafter\r\n",
         true);
+    row("nested, closing back to back", mixed,
+        "--=_M\r\n" + alternative +
+            "--=_M\r\nContent-Type: text/plain\r\n\r\nsecond\r\n--=_M--\r\n",
+        true);
+    row("encoded attachment names", mixed,
+        "--=_M\r\nContent-Type: text/plain\r\n\r\nbody\r\n"
+        "--=_M\r\nContent-Type: application/pdf; name=\"=?UTF-8?Q?Pr=C3=A4sentation=2Epdf?=\"\r\n"
+        "Content-Disposition: attachment;\r\n "
+        "filename*=UTF-8''Pr%C3%A4sentation.pdf\r\n\r\n%PDF\r\n"
+        "--=_M\r\nContent-Type: image/png; name=\"=?ISO-8859-1?Q?B=E4r.png?=\"\r\n\r\nPNG\r\n"
+        "--=_M--\r\n",
+        true);
+    row("encoded word that reads as parameters", mixed,
+        "--=_M\r\nContent-Type: text/plain; name=\"=?UTF-8?Q?a=22;_charset=3Dkoi8-r;_x=3D=22?=\";"
+        " charset=utf-8\r\n\r\nbody\r\n--=_M--\r\n",
+        false);
     row("html alone", mixed,
         "--=_M\r\nContent-Type: text/html; charset=utf-8\r\n"
         "Content-Transfer-Encoding: base64\r\n\r\nPHA+aMOpPC9wPg==\r\n--=_M--\r\n",
@@ -222,7 +238,7 @@ void MimeParserTest::quickMatchesTree() {
 void MimeParserTest::quickMatchesTreeOnDamagedMessages() {
     static const char pieces[][10] = {"\r\n",      "\r",     "\n", "--", ":",    " ",
                                       "\r\n\r\n",  "=",      "\"", ";",  "\xe9", "\0",
-                                      "\r\n--=_M", "--A1--", "=?", "\t"};
+                                      "\r\n--=_M", "--A1--", "=?", "\t", "?=",   "=22"};
     QRandomGenerator random(20261121);
     int taken = 0;
     for (const QuickCase& c : QuickCases()) {
