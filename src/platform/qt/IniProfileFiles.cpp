@@ -6,6 +6,7 @@
 #include <QTemporaryFile>
 
 #include <cstdio>
+#include <sys/stat.h>
 
 namespace velmora {
 
@@ -94,24 +95,54 @@ QStringList IniProfileFiles::ReadLines(const QString& file) {
     return lines;
 }
 
+IniProfileFiles::Stamp IniProfileFiles::StampOf(const QString& file) {
+    struct stat st;
+    if (::stat(QFile::encodeName(file).constData(), &st) != 0)
+        return {};
+    return {true, qint64(st.st_size), qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec,
+            quint64(st.st_ino)};
+}
+
 const QStringList& IniProfileFiles::lines(const QString& file) {
-    const QFileInfo info(file);
-    if (file != cachedFile || !info.exists() || info.lastModified() != cachedModified ||
-        info.size() != cachedSize) {
-        cachedLines = ReadLines(file);
-        cachedFile = file;
-        cachedModified = info.exists() ? info.lastModified() : QDateTime();
-        cachedSize = info.exists() ? info.size() : -1;
-    }
+    const Stamp stamp = StampOf(file);
+    if (file != cachedFile || !stamp.exists || stamp != cachedStamp)
+        remember(file, ReadLines(file), stamp);
     return cachedLines;
 }
 
-void IniProfileFiles::remember(const QString& file, const QStringList& written) {
-    const QFileInfo info(file);
+void IniProfileFiles::remember(const QString& file, const QStringList& lines, const Stamp& stamp) {
     cachedFile = file;
-    cachedLines = written;
-    cachedModified = info.lastModified();
-    cachedSize = info.size();
+    cachedLines = lines;
+    cachedStamp = stamp;
+    cachedSections.clear();
+    QStringView name;
+    int open = -1;
+    QString openName;
+    const auto close = [&](int end) {
+        if (open >= 0 && !cachedSections.contains(openName))
+            cachedSections.insert(openName, {open, end});
+    };
+    for (int i = 0; i < lines.size(); ++i) {
+        if (!SectionName(lines[i], &name))
+            continue;
+        close(i);
+        open = i + 1;
+        openName = name.toString().toCaseFolded();
+    }
+    close(int(lines.size()));
+}
+
+bool IniProfileFiles::findSection(const QString& section, int* first, int* end) const {
+    const auto found = cachedSections.constFind(section.toCaseFolded());
+    QStringView name;
+    // Folding whole names may differ from comparing them a letter at a
+    // time; the slow walk settles any doubt.
+    if (found == cachedSections.constEnd() || found->first < 1 ||
+        !SectionName(cachedLines[found->first - 1], &name) || !SameName(name, section))
+        return FindSection(cachedLines, section, first, end);
+    *first = found->first;
+    *end = found->second;
+    return true;
 }
 
 int IniProfileFiles::GetPrivateProfileSection(const QString& section, QString& buffer, int size,
@@ -119,7 +150,7 @@ int IniProfileFiles::GetPrivateProfileSection(const QString& section, QString& b
     const QStringList& lines = this->lines(file);
     int first = 0;
     int end = 0;
-    if (!FindSection(lines, section, &first, &end)) {
+    if (!findSection(section, &first, &end)) {
         buffer.clear();
         return 0;
     }
@@ -145,7 +176,7 @@ int IniProfileFiles::GetPrivateProfileString(const QString& section, const QStri
     const QStringList& lines = this->lines(file);
     int first = 0;
     int end = 0;
-    if (FindSection(lines, section, &first, &end)) {
+    if (findSection(section, &first, &end)) {
         if (const int at = FindKey(lines, first, end, key); at >= 0) {
             const QString& line = lines[at];
             return Fill(buffer, line.mid(line.indexOf('=') + 1).trimmed(), size);
@@ -173,7 +204,7 @@ bool IniProfileFiles::WritePrivateProfileString(const QString& section, const QS
     }
     if (!ReplaceFile(file, (lines.join(QLatin1String("\r\n")) + QLatin1String("\r\n")).toUtf8()))
         return false;
-    remember(file, lines);
+    remember(file, lines, StampOf(file));
     return true;
 }
 

@@ -2,8 +2,10 @@
 
 #include "platform/ProfileFiles.h"
 
-#include <QDateTime>
+#include <QHash>
 #include <QStringList>
+
+#include <utility>
 
 namespace velmora {
 
@@ -24,15 +26,28 @@ public:
     static QStringList ReadLines(const QString& file);
 
 private:
+    // What tells a file's versions apart, read by one stat.
+    struct Stamp {
+        bool exists = false;
+        qint64 size = -1;
+        qint64 modified = 0; // nanoseconds
+        quint64 inode = 0;
+        bool operator==(const Stamp&) const = default;
+    };
+    static Stamp StampOf(const QString& file);
+
     // The last file read or written, kept while it is unchanged on disk:
     // a Rules file is read a key at a time.
     const QStringList& lines(const QString& file);
-    void remember(const QString& file, const QStringList& lines);
+    void remember(const QString& file, const QStringList& lines, const Stamp& stamp);
+    // The kept file's sections, [first, end) of their bodies, where the
+    // first of a name is found.
+    bool findSection(const QString& section, int* first, int* end) const;
 
     QString cachedFile;
-    QDateTime cachedModified;
-    qint64 cachedSize = -1;
+    Stamp cachedStamp;
     QStringList cachedLines;
+    QHash<QString, std::pair<int, int>> cachedSections; // by case-folded name
 };
 
 } // namespace velmora

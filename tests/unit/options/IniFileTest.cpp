@@ -14,6 +14,7 @@ private Q_SLOTS:
     void longValuesComeBackWhole();
     void writeKeepsForeignLinesInOrder();
     void unwritableFolderFailsInSilence();
+    void readsSeeWhatOthersWrite();
 
 private:
     QString file() const { return dir->path() + "/Rules.ini"; }
@@ -89,6 +90,20 @@ void IniFileTest::unwritableFolderFailsInSilence() {
     ini.KeySave("1", "Rules", "RuleCount");
     QCOMPARE(read(), QByteArray("x"));
     QCOMPARE(ini.KeyGet("Rules", "RuleCount", "0"), QString("0"));
+}
+
+// The file is kept between reads, yet a change made by another program
+// shows at the next one; of two sections of one name the first counts.
+void IniFileTest::readsSeeWhatOthersWrite() {
+    write("[A]\r\nk=1\r\n[Ä]\r\nk=5\r\n[a]\r\nk=2\r\n");
+    IniFile ini(profiles, file());
+    QCOMPARE(ini.KeyGet("a", "k", ""), QString("1"));
+    QCOMPARE(ini.KeyGet(QString::fromUtf8("ä"), "k", ""), QString("5"));
+    write("[B]\r\nk=3\r\n[a]\r\nk=4\r\n");
+    QCOMPARE(ini.KeyGet("A", "k", ""), QString("4"));
+    QCOMPARE(ini.KeyGet("b", "K", ""), QString("3"));
+    QVERIFY(QFile::remove(file()));
+    QCOMPARE(ini.KeyGet("A", "k", "gone"), QString("gone"));
 }
 
 QTEST_GUILESS_MAIN(IniFileTest)
