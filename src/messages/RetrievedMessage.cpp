@@ -22,6 +22,9 @@ void RetrievedMessage::setData(QByteArray data, const QDateTime& at) {
 
 void RetrievedMessage::setParse(std::function<ParsedMessage()> pending) {
     parsing = std::move(pending);
+    // The parse holds the text now; let go of it here, so that its memory
+    // is free again as soon as the parse is done.
+    raw = QByteArray();
 }
 
 QString RetrievedMessage::HeaderDigest(const QByteArray& message) {

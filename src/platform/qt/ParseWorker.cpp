@@ -7,7 +7,7 @@ namespace velmora {
 namespace {
 
 struct Job {
-    QByteArray message;
+    QByteArray message; // let go once parsed, so its memory serves the next
     QDateTime retrievedAt;
     std::shared_ptr<const FieldScanners> scanners;
     // Whoever takes the job first parses it: the worker in the background,
@@ -16,10 +16,11 @@ struct Job {
     std::promise<ParsedMessage> promise;
     std::future<ParsedMessage> future = promise.get_future();
 
-    ParsedMessage parse() const {
+    ParsedMessage parse() {
         ParsedMessage parsed = ParseMessage(message, retrievedAt);
         if (scanners)
             ScanForRules(parsed, scanners);
+        message = QByteArray();
         return parsed;
     }
     // Parses into the promise, unless someone took the job already.
