@@ -27,13 +27,6 @@ struct ParsedMessage {
 // what cannot be read stays blank, and the header block is always there.
 ParsedMessage ParseMessage(const QByteArray& message, const QDateTime& retrievedAt);
 
-// The same, always through the parser's full tree of parts.
-ParsedMessage ParseMessageTree(const QByteArray& message, const QDateTime& retrievedAt);
-
-// The quick reading ParseMessage tries first, for plainly built messages
-// whose text is UTF-8 or ASCII; false, with `parsed` untouched, otherwise.
-bool ParseQuickly(const QByteArray& message, const QDateTime& retrievedAt, ParsedMessage& parsed);
-
 // The bytes of a message before its first empty line.
 QByteArray HeaderBlock(const QByteArray& message);
 
