@@ -93,6 +93,34 @@ QString TextOfPart(GMimePart* part) {
     GMimeDataWrapper* content = g_mime_part_get_content(part);
     if (!content)
         return QString();
+    // Content the parser left in our memory is decoded there in one step,
+    // without a chain of filter streams and copies.
+    GMimeStream* source = g_mime_data_wrapper_get_stream(content);
+    const GMimeContentEncoding encoding = g_mime_data_wrapper_get_encoding(content);
+    if (source && GMIME_IS_STREAM_MEM(source) && source->bound_start >= 0) {
+        const GByteArray* all = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(source));
+        const gint64 end = source->bound_end < 0 ? gint64(all->len) : source->bound_end;
+        if (all && source->bound_start <= end && end <= gint64(all->len)) {
+            const char* in = reinterpret_cast<const char*>(all->data) + source->bound_start;
+            const size_t length = size_t(end - source->bound_start);
+            switch (encoding) {
+            case GMIME_CONTENT_ENCODING_BASE64:
+            case GMIME_CONTENT_ENCODING_QUOTEDPRINTABLE:
+            case GMIME_CONTENT_ENCODING_UUENCODE: {
+                GMimeEncoding state;
+                g_mime_encoding_init_decode(&state, encoding);
+                QByteArray out(qsizetype(g_mime_encoding_outlen(&state, length)) + 16,
+                               Qt::Uninitialized);
+                size_t n = g_mime_encoding_step(&state, in, length, out.data());
+                n += g_mime_encoding_flush(&state, "", 0, out.data() + n);
+                out.truncate(qsizetype(n));
+                return TextOf(out);
+            }
+            default:
+                return TextOf(QByteArray::fromRawData(in, qsizetype(length)));
+            }
+        }
+    }
     GMimeStream* decoded = g_mime_stream_mem_new();
     g_mime_data_wrapper_write_to_stream(content, decoded);
     const GByteArray* bytes = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(decoded));
@@ -102,6 +130,21 @@ QString TextOfPart(GMimePart* part) {
     g_object_unref(decoded);
     return result;
 }
+
+// One parser a thread, set to each message in turn: making a new one for
+// every message costs a tenth of the parse. Between messages it reads an
+// empty stream.
+struct ReusedParser {
+    GMimeParser* parser = g_mime_parser_new();
+    GMimeStream* idle = g_mime_stream_null_new();
+    ReusedParser() { g_mime_parser_init_with_stream(parser, idle); }
+    ~ReusedParser() {
+        g_object_unref(parser);
+        g_object_unref(idle);
+    }
+    ReusedParser(const ReusedParser&) = delete;
+    ReusedParser& operator=(const ReusedParser&) = delete;
+};
 
 } // namespace
 
@@ -124,7 +167,9 @@ ParsedMessage ParseMessage(const QByteArray& message, const QDateTime& retrieved
         reinterpret_cast<guint8*>(const_cast<char*>(message.constData())), gsize(message.size()));
     GMimeStream* stream = g_mime_stream_mem_new_with_byte_array(borrowed);
     g_mime_stream_mem_set_owner(GMIME_STREAM_MEM(stream), FALSE);
-    GMimeParser* parser = g_mime_parser_new_with_stream(stream);
+    thread_local ReusedParser reused;
+    GMimeParser* parser = reused.parser;
+    g_mime_parser_init_with_stream(parser, stream);
     // Read as a MIME part with the message's headers: the same headers and
     // structure, without the address lists a message object would build
     // and this program never uses.
@@ -148,7 +193,7 @@ ParsedMessage ParseMessage(const QByteArray& message, const QDateTime& retrieved
             parsed.body = HtmlToText(TextOfPart(walk.html));
         g_object_unref(top);
     }
-    g_object_unref(parser);
+    g_mime_parser_init_with_stream(parser, reused.idle); // lets go of our bytes
     g_object_unref(stream);
     g_byte_array_free(borrowed, FALSE); // the bytes stay ours
     return parsed;
