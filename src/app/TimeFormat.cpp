@@ -49,15 +49,6 @@ QList<Token> tokenize(const QString& pattern) {
     return tokens;
 }
 
-void appendTwoDigits(QString& out, int n) {
-    if (n < 0 || n > 99) {
-        out += QStringLiteral("%1").arg(n, 2, 10, QChar('0'));
-        return;
-    }
-    out += QChar(u'0' + n / 10);
-    out += QChar(u'0' + n % 10);
-}
-
 // An "m" or "mm" stands for minutes right after an hour or before seconds.
 bool isMinute(const QList<Token>& tokens, int index) {
     for (int j = index - 1; j >= 0; --j) {
@@ -97,6 +88,15 @@ const Tokens& TokensOf(const QString& pattern) {
 
 } // namespace
 
+void AppendTwoDigits(QString& out, int n) {
+    if (n < 0 || n > 99) {
+        out += QStringLiteral("%1").arg(n, 2, 10, QChar('0'));
+        return;
+    }
+    out += QChar(u'0' + n / 10);
+    out += QChar(u'0' + n % 10);
+}
+
 QString FormatTime(const QDateTime& moment, const QString& pattern, const QLocale& locale) {
     const Tokens& tokens = TokensOf(pattern);
     const QDate date = moment.date();
@@ -107,7 +107,7 @@ QString FormatTime(const QDateTime& moment, const QString& pattern, const QLocal
         if (length == 1)
             out += QString::number(value);
         else
-            appendTwoDigits(out, value);
+            AppendTwoDigits(out, value);
     };
     for (const Token& t : tokens.list) {
         const int n = t.length;
@@ -139,7 +139,7 @@ QString FormatTime(const QDateTime& moment, const QString& pattern, const QLocal
             break;
         case 'y':
             if (n <= 2)
-                appendTwoDigits(out, date.year() % 100);
+                AppendTwoDigits(out, date.year() % 100);
             else
                 out += QString::number(date.year());
             break;

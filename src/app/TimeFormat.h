@@ -14,6 +14,9 @@ namespace velmora {
 // case, except that "am/pm" gives a small marker. Anything else is literal.
 QString FormatTime(const QDateTime& moment, const QString& pattern, const QLocale& locale);
 
+// Appends a number of at least two digits, zero-padded: 7 as "07".
+void AppendTwoDigits(QString& out, int n);
+
 // The clock texts that recur across the program.
 inline QString TimeOfDay(const QDateTime& moment, const QLocale& locale) {
     return FormatTime(moment, QStringLiteral("h:mm AM/PM"), locale);

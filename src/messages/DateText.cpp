@@ -113,8 +113,7 @@ QString GeneralDate(const QDateTime& date, const QLocale& locale) {
             text += QString::number(hour);
             for (const int n : {t.minute(), t.second()}) {
                 text += QLatin1Char(':');
-                text += QChar(u'0' + n / 10);
-                text += QChar(u'0' + n % 10);
+                AppendTwoDigits(text, n);
             }
             text += t.hour() < 12 ? QLatin1String(" AM") : QLatin1String(" PM");
         }
