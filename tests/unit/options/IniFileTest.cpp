@@ -1,6 +1,8 @@
 #include "options/IniFile.h"
 #include "platform/qt/IniProfileFiles.h"
 
+#include "support/ScratchFile.h"
+
 #include <QtTest>
 
 using namespace velmora;
@@ -17,32 +19,21 @@ private Q_SLOTS:
     void readsSeeWhatOthersWrite();
 
 private:
-    QString file() const { return dir->path() + "/Rules.ini"; }
-    void write(const QByteArray& text) {
-        QFile f(file());
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(text);
-    }
-    QByteArray read() const {
-        QFile f(file());
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
-
-    std::unique_ptr<QTemporaryDir> dir;
+    std::unique_ptr<ScratchFile> scratch;
     IniProfileFiles profiles;
 };
 
 void IniFileTest::init() {
-    dir = std::make_unique<QTemporaryDir>();
+    scratch = std::make_unique<ScratchFile>("Rules.ini");
 }
 
 void IniFileTest::notApplicableKeepsTheStoredPart() {
     IniFile ini(profiles, "/elsewhere");
     QCOMPARE(ini.ConfigName(), QString("/elsewhere"));
-    ini.setConfigName(file());
+    ini.setConfigName(scratch->path());
     ini.setSection("Menu");
     ini.KeySave("4", "NA", "MenuStyle");
-    QCOMPARE(read(), QByteArray("[Menu]\r\nMenuStyle=4\r\n"));
+    QCOMPARE(scratch->read(), QByteArray("[Menu]\r\nMenuStyle=4\r\n"));
     QCOMPARE(ini.KeyGet("NA", "Missing", "d"), QString("d"));
     // Both "NA": the same key again, with the new default.
     QCOMPARE(ini.KeyGet("NA", "NA", "x"), QString("x"));
@@ -63,46 +54,48 @@ void IniFileTest::longValuesComeBackWhole_data() {
 void IniFileTest::longValuesComeBackWhole() {
     QFETCH(int, length);
     QFETCH(int, back);
-    IniFile ini(profiles, file());
+    IniFile ini(profiles, scratch->path());
     const QString value = QString::fromUtf8("é") + QString(length - 1, QChar('v'));
     ini.KeySave(value, "Rule1", "Name");
     QCOMPARE(ini.KeyGet("Rule1", "Name", ""), value.left(back));
 }
 
 void IniFileTest::writeKeepsForeignLinesInOrder() {
-    write("; made by hand\r\n[Rules]\r\nRuleCount = 1 \r\nno equals sign here\r\n\r\n"
-          "[rule1]\r\nName=Old\r\n");
-    IniFile ini(profiles, file());
+    QVERIFY(
+        scratch->write("; made by hand\r\n[Rules]\r\nRuleCount = 1 \r\nno equals sign here\r\n\r\n"
+                       "[rule1]\r\nName=Old\r\n"));
+    IniFile ini(profiles, scratch->path());
     QCOMPARE(ini.KeyGet("Rules", "RuleCount", ""), QString("1"));
     ini.KeySave("New", "Rule1", "Name");
     ini.KeySave("1", "RULE1", "Enabled");
     ini.KeySave("0", "Rules", "Show");
     ini.KeySave("x", "Rule2", "Name");
-    QCOMPARE(read(), QByteArray("; made by hand\r\n[Rules]\r\nRuleCount = 1 \r\n"
-                                "no equals sign here\r\nShow=0\r\n\r\n"
-                                "[rule1]\r\nName=New\r\nEnabled=1\r\n[Rule2]\r\nName=x\r\n"));
+    QCOMPARE(scratch->read(),
+             QByteArray("; made by hand\r\n[Rules]\r\nRuleCount = 1 \r\n"
+                        "no equals sign here\r\nShow=0\r\n\r\n"
+                        "[rule1]\r\nName=New\r\nEnabled=1\r\n[Rule2]\r\nName=x\r\n"));
 }
 
 void IniFileTest::unwritableFolderFailsInSilence() {
     // A file stands where the folder should be.
-    write("x");
-    IniFile ini(profiles, file() + "/inside.ini");
+    QVERIFY(scratch->write("x"));
+    IniFile ini(profiles, scratch->path() + "/inside.ini");
     ini.KeySave("1", "Rules", "RuleCount");
-    QCOMPARE(read(), QByteArray("x"));
+    QCOMPARE(scratch->read(), QByteArray("x"));
     QCOMPARE(ini.KeyGet("Rules", "RuleCount", "0"), QString("0"));
 }
 
 // The file is kept between reads, yet a change made by another program
 // shows at the next one; of two sections of one name the first counts.
 void IniFileTest::readsSeeWhatOthersWrite() {
-    write("[A]\r\nk=1\r\n[Ä]\r\nk=5\r\n[a]\r\nk=2\r\n");
-    IniFile ini(profiles, file());
+    QVERIFY(scratch->write("[A]\r\nk=1\r\n[Ä]\r\nk=5\r\n[a]\r\nk=2\r\n"));
+    IniFile ini(profiles, scratch->path());
     QCOMPARE(ini.KeyGet("a", "k", ""), QString("1"));
     QCOMPARE(ini.KeyGet(QString::fromUtf8("ä"), "k", ""), QString("5"));
-    write("[B]\r\nk=3\r\n[a]\r\nk=4\r\n");
+    QVERIFY(scratch->write("[B]\r\nk=3\r\n[a]\r\nk=4\r\n"));
     QCOMPARE(ini.KeyGet("A", "k", ""), QString("4"));
     QCOMPARE(ini.KeyGet("b", "K", ""), QString("3"));
-    QVERIFY(QFile::remove(file()));
+    QVERIFY(QFile::remove(scratch->path()));
     QCOMPARE(ini.KeyGet("A", "k", "gone"), QString("gone"));
 }
 

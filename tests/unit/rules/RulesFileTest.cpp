@@ -1,4 +1,5 @@
 #include "rules/Rules.h"
+#include "support/ScratchFile.h"
 #include "support/TestRig.h"
 
 #include <QtTest>
@@ -15,18 +16,7 @@ private Q_SLOTS:
     void missingFileIsAnEmptySet();
 
 private:
-    QString path() const { return dir->path() + "/Rules.ini"; }
-    void write(const QByteArray& text) {
-        QFile f(path());
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(text);
-    }
-    QByteArray read() const {
-        QFile f(path());
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
-
-    std::unique_ptr<QTemporaryDir> dir;
+    std::unique_ptr<ScratchFile> scratch;
     std::unique_ptr<TestRig> rig;
 };
 
@@ -39,13 +29,13 @@ const QByteArray kExample = "[Rules]\r\nRuleCount=2\r\nShow=1\r\nShowNew=0\r\nTi
                             "DescCount=1\r\nDescription1=Size GreaterThan 5000 \r\n";
 
 void RulesFileTest::init() {
-    dir = std::make_unique<QTemporaryDir>();
+    scratch = std::make_unique<ScratchFile>("Rules.ini");
     rig = std::make_unique<TestRig>();
-    rig->files.programFolder = dir->path();
+    rig->files.programFolder = scratch->folder();
 }
 
 void RulesFileTest::exampleFileRoundTripsAndLosesDeletedRules() {
-    write(kExample);
+    QVERIFY(scratch->write(kExample));
     QVERIFY(rig->start());
     AppContext& ctx = *rig->ctx;
     QCOMPARE(ctx.LiveRules.RuleCount, 2);
@@ -57,32 +47,32 @@ void RulesFileTest::exampleFileRoundTripsAndLosesDeletedRules() {
     QCOMPARE(ctx.CurrentRule, 1);
     QCOMPARE(rig->view.caption("lblRulesFileName"), QString("FileName: Rules.ini"));
 
-    QFile::remove(path());
-    WriteRules(ctx, path());
-    QCOMPARE(read(), kExample);
-    QVERIFY(!QFile::exists(path() + ".new"));
+    QFile::remove(scratch->path());
+    WriteRules(ctx, scratch->path());
+    QCOMPARE(scratch->read(), kExample);
+    QVERIFY(!QFile::exists(scratch->path() + ".new"));
 
     // A deleted rule leaves no section behind.
     ctx.WorkingRules.RuleCount = 1;
     ctx.WorkingRules[1].Name = QString::fromUtf8("Spam «à la carte»");
-    WriteRules(ctx, path());
-    QVERIFY(!read().contains("[Rule2]"));
-    ReadRules(ctx, path());
+    WriteRules(ctx, scratch->path());
+    QVERIFY(!scratch->read().contains("[Rule2]"));
+    ReadRules(ctx, scratch->path());
     QCOMPARE(ctx.LiveRules.RuleCount, 1);
     QCOMPARE(ctx.LiveRules[1].Name, QString::fromUtf8("Spam «à la carte»"));
 }
 
 void RulesFileTest::attachmentEntryKeepsOneBlank() {
-    write("[Rules]\r\nRuleCount=1\r\n[Rule1]\r\nDescCount=1\r\n"
-          "Description1=Attachment IsPresent  \r\n");
+    QVERIFY(scratch->write("[Rules]\r\nRuleCount=1\r\n[Rule1]\r\nDescCount=1\r\n"
+                           "Description1=Attachment IsPresent  \r\n"));
     QVERIFY(rig->start());
     QCOMPARE(rig->ctx->LiveRules[1].Description[1], QString("Attachment IsPresent "));
-    WriteRules(*rig->ctx, path());
-    QVERIFY(read().contains("Description1=Attachment IsPresent \r\n"));
+    WriteRules(*rig->ctx, scratch->path());
+    QVERIFY(scratch->read().contains("Description1=Attachment IsPresent \r\n"));
 }
 
 void RulesFileTest::countWithoutSectionGivesDefaultRule() {
-    write("[Rules]\r\nRuleCount=1\r\n");
+    QVERIFY(scratch->write("[Rules]\r\nRuleCount=1\r\n"));
     QVERIFY(rig->start());
     const Rule& r = rig->ctx->LiveRules[1];
     QCOMPARE(r.Name, QString("Rule"));
@@ -101,7 +91,7 @@ void RulesFileTest::missingFileIsAnEmptySet() {
     QCOMPARE(live.ShowNew, 0);
     QCOMPARE(live.Time, 30);
     QCOMPARE(rig->ctx->CurrentRule, 0);
-    QVERIFY(!QFile::exists(path()));
+    QVERIFY(!QFile::exists(scratch->path()));
 }
 
 QTEST_GUILESS_MAIN(RulesFileTest)
