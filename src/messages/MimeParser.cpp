@@ -159,7 +159,6 @@ ParsedMessage ParseMessage(const QByteArray& message, const QDateTime& retrieved
     InitOnce();
     ParsedMessage parsed;
     parsed.header = TextOf(HeaderBlock(message));
-    parsed.date = retrievedAt;
 
     // GMime reads the message where it lies: the stream borrows our bytes
     // rather than copying them, and never writes to them.
@@ -193,6 +192,9 @@ ParsedMessage ParseMessage(const QByteArray& message, const QDateTime& retrieved
             parsed.body = HtmlToText(TextOfPart(walk.html));
         g_object_unref(top);
     }
+    // Without a readable Date the message bears the time it came in.
+    if (!parsed.date.isValid())
+        parsed.date = retrievedAt.toLocalTime();
     g_mime_parser_init_with_stream(parser, reused.idle); // lets go of our bytes
     g_object_unref(stream);
     g_byte_array_free(borrowed, FALSE); // the bytes stay ours

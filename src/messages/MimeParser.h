@@ -24,7 +24,8 @@ struct ParsedMessage {
 };
 
 // Parses a whole message (CR LF line ends). Malformed input never fails:
-// what cannot be read stays blank, and the header block is always there.
+// what cannot be read stays blank, and the header block is always there. A
+// message without a readable Date gets retrievedAt, turned to local time.
 ParsedMessage ParseMessage(const QByteArray& message, const QDateTime& retrievedAt);
 
 // The bytes of a message before its first empty line.

@@ -134,11 +134,14 @@ PopConnection::Wait PopConnection::runLoop(bool untilEncrypted) {
         return Closed;
     QEventLoop events;
     QEventLoop* outer = loop;
+    const bool outerWoken = wakeRequested;
+    wakeRequested = false;
     loop = &events;
     waitingForEncryption = untilEncrypted;
     silence->start();
     events.exec();
     loop = outer;
+    wakeRequested = outerWoken;
     const bool timedOut = !silence->isActive();
     silence->stop();
     waitingForEncryption = false;
@@ -158,9 +161,13 @@ PopConnection::Wait PopConnection::runLoop(bool untilEncrypted) {
     return Closed;
 }
 
+// A TLS socket signals every few kilobytes it decrypts; one quit a wait is
+// enough, and each further one would cost a wake-up of the event loop.
 void PopConnection::wake() {
-    if (loop)
+    if (loop && !wakeRequested) {
+        wakeRequested = true;
         loop->quit();
+    }
 }
 
 void PopConnection::pull() {

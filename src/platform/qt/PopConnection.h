@@ -66,6 +66,7 @@ private:
     QEventLoop* loop = nullptr;
     QTimer* silence = nullptr;
     bool waitingForEncryption = false;
+    bool wakeRequested = false; // the wait in progress is ending already
     int timeoutMs;
     bool aborted = false;
 };

@@ -324,14 +324,18 @@ void QtPopClient::retrieveAll() {
     for (const auto& item : items)
         total += item->Size();
     qint64 position = 0;
-    // Keep a few commands in flight where the server takes pipelining; the
-    // window bounds what is queued on either side.
-    const size_t window = pipelining ? 16 : 1;
+    // Where the server takes pipelining, commands go out in batches of half
+    // the window: every write wakes the server (and is a record of its own
+    // over TLS), so a write a message costs more than the commands do. The
+    // window bounds what is queued.
+    const size_t window = pipelining ? 512 : 1;
     size_t sent = 0;
     for (size_t done = 0; done < items.size(); ++done) {
-        while (sent < items.size() && sent - done < window) {
-            connection->send("RETR " + QByteArray::number(qulonglong(sent + 1)));
-            ++sent;
+        // The socket sends what is queued when the loop next turns, so a
+        // batch leaves together.
+        if (sent - done <= window / 2) {
+            for (; sent < items.size() && sent - done < window; ++sent)
+                connection->send("RETR " + QByteArray::number(qulonglong(sent + 1)));
         }
         const PopReader::Status reply = PopReader::parseStatus(
             readStatus(PopError::RetrieveTimedOut, PopError::ConnectionLost));
@@ -344,7 +348,9 @@ void QtPopClient::retrieveAll() {
         readBlock(data, PopError::RetrieveTimedOut, PopError::ConnectionLost, &position, total);
         if (item.Uid().isEmpty())
             item.setUid(RetrievedMessage::HeaderDigest(data));
-        const QDateTime now = QDateTime::currentDateTime();
+        // Universal time costs no time-zone lookup; the parse turns it to
+        // local time where a message needs it.
+        const QDateTime now = QDateTime::currentDateTimeUtc();
         if (!parser)
             parser = std::make_unique<ParseWorker>();
         std::function<ParsedMessage()> parse = parser->submit(data, now, scanners);

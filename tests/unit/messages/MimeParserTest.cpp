@@ -66,8 +66,10 @@ void MimeParserTest::parse() {
     QFETCH(QString, body);
     QFETCH(int, attachments);
     QFETCH(bool, dated);
-    const QDateTime retrieved(QDate(2026, 11, 21), QTime(12, 0));
+    // Retrieval times come in as universal time; a message shows local time.
+    const QDateTime retrieved(QDate(2026, 11, 21), QTime(12, 0), Qt::UTC);
     const ParsedMessage m = ParseMessage(raw, retrieved);
+    QCOMPARE(m.date.timeSpec(), Qt::LocalTime);
     QCOMPARE(m.from, from);
     QCOMPARE(m.subject, subject);
     QCOMPARE(m.body, body);
