@@ -6,6 +6,8 @@
 #include <QTcpSocket>
 #include <QTimer>
 
+#include <unistd.h>
+
 namespace velmora {
 
 PopConnection::PopConnection(int timeoutSeconds) : timeoutMs(qMax(1, timeoutSeconds) * 1000) {}
@@ -32,19 +34,10 @@ QSslConfiguration TlsConfiguration() {
 
 } // namespace
 
-PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port, bool tls) {
-    // A plain line needs no TLS layer in between, which would copy every
-    // byte once more.
-    ssl = tls ? new QSslSocket(this) : nullptr;
-    socket = ssl ? static_cast<QAbstractSocket*>(ssl) : new QTcpSocket(this);
+void PopConnection::attach(QAbstractSocket* line) {
+    socket = line;
     socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
     socket->setReadBufferSize(0);
-    // Wired once: each wait only runs the loop, so a large mailbox's
-    // thousands of waits cost little.
-    silence = new QTimer(this);
-    silence->setSingleShot(true);
-    silence->setInterval(timeoutMs);
-    connect(silence, &QTimer::timeout, this, &PopConnection::wake);
     connect(socket, &QAbstractSocket::errorOccurred, this, &PopConnection::wake);
     connect(socket, &QAbstractSocket::disconnected, this, &PopConnection::wake);
     connect(socket, &QAbstractSocket::connected, this, [this] {
@@ -57,32 +50,63 @@ PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port,
         if (!waitingForEncryption)
             wake();
     });
-    if (tls) {
-        ssl->setSslConfiguration(TlsConfiguration());
-        ssl->setPeerVerifyName(host);
-        ssl->connectToHostEncrypted(host, port);
-    } else {
-        socket->connectToHost(host, port);
-    }
+}
 
+PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port, bool tls) {
+    // Wired once: each wait only runs the loop, so a large mailbox's
+    // thousands of waits cost little.
+    silence = new QTimer(this);
+    silence->setSingleShot(true);
+    silence->setInterval(timeoutMs);
+    connect(silence, &QTimer::timeout, this, &PopConnection::wake);
+
+    // The line is opened plain, also for TLS. A server readies its side of
+    // TLS once connected, and the first TLS socket of the program loads the
+    // TLS library: opened first, the line lets the two go on together.
+    attach(new QTcpSocket(this));
+    socket->connectToHost(host, port);
+    Wait wait = runLoop(false);
+    if (wait == Aborted)
+        return {OpenResult::Aborted, 0, QString()};
+    if (socket->state() != QAbstractSocket::ConnectedState)
+        return failure(wait, false);
+    if (!tls)
+        return {};
+
+    // The connected line goes over to a TLS socket; a plain socket never
+    // carries a TLS layer, which would copy every byte once more.
+    const int line = ::dup(int(socket->socketDescriptor()));
+    socket->disconnect(this);
+    socket->abort();
+    delete socket;
+    socket = nullptr;
+    ssl = new QSslSocket(this);
+    attach(ssl);
+    if (line < 0 || !ssl->setSocketDescriptor(line)) {
+        if (line >= 0)
+            ::close(line);
+        return {OpenResult::OtherError, 0, ssl->errorString()};
+    }
+    ssl->setSslConfiguration(TlsConfiguration());
+    ssl->setPeerVerifyName(host);
+    ssl->startClientEncryption();
+    wait = runLoop(true);
+    if (wait == Aborted)
+        return {OpenResult::Aborted, 0, QString()};
+    if (ssl->isEncrypted())
+        return {};
+    return failure(wait, true);
+}
+
+PopConnection::OpenResult PopConnection::failure(Wait wait, bool handshake) const {
     OpenResult result;
-    const Wait wait = runLoop(tls);
-    if (wait == Aborted) {
-        result.kind = OpenResult::Aborted;
-        return result;
-    }
-    const bool ready =
-        tls ? ssl->isEncrypted() : socket->state() == QAbstractSocket::ConnectedState;
-    if (ready)
-        return result;
-
     result.text = socket->errorString();
     if (wait == TimedOut) {
         result.kind = OpenResult::TimedOut;
         return result;
     }
-    const QList<QSslError> certificate = tls ? ssl->sslHandshakeErrors() : QList<QSslError>();
-    if (tls && !certificate.isEmpty()) {
+    const QList<QSslError> certificate = handshake ? ssl->sslHandshakeErrors() : QList<QSslError>();
+    if (!certificate.isEmpty()) {
         result.kind = OpenResult::CertificateFailed;
         result.certificateError = int(certificate.first().error());
         result.text = certificate.first().errorString();
@@ -105,7 +129,7 @@ PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port,
         break;
     case QAbstractSocket::RemoteHostClosedError:
         // The server hung up on the TLS client hello: no TLS there.
-        result.kind = tls ? OpenResult::TlsFailed : OpenResult::Reset;
+        result.kind = handshake ? OpenResult::TlsFailed : OpenResult::Reset;
         break;
     default:
         result.kind = OpenResult::OtherError;

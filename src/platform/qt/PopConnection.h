@@ -56,6 +56,8 @@ public:
     PopReader reader;
 
 private:
+    void attach(QAbstractSocket* line);
+    OpenResult failure(Wait wait, bool handshake) const;
     Wait runLoop(bool untilEncrypted);
     void pull();
     // Ends the wait in progress, if any.
