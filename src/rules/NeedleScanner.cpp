@@ -16,15 +16,19 @@ QString RuleUpper(const QString& text) {
 
 namespace {
 
-// The upper case of every UTF-16 unit, worked out once for all scanners.
-const std::vector<char16_t>& UpperOfEach() {
-    static const std::vector<char16_t> table = [] {
-        std::vector<char16_t> upper(0x10000);
-        for (char32_t c = 0; c < 0x10000; ++c)
-            upper[c] = RuleUpper(char16_t(c));
-        return upper;
+// Every UTF-16 unit whose upper case is another, with that upper case:
+// worked out once for all scanners, so a build need not look at all of them.
+const std::vector<std::pair<char16_t, char16_t>>& Folds() {
+    static const std::vector<std::pair<char16_t, char16_t>> folds = [] {
+        std::vector<std::pair<char16_t, char16_t>> list;
+        for (char32_t c = 0; c < 0x10000; ++c) {
+            const char16_t upper = RuleUpper(char16_t(c));
+            if (upper != c)
+                list.emplace_back(char16_t(c), upper);
+        }
+        return list;
     }();
-    return table;
+    return folds;
 }
 
 } // namespace
@@ -41,56 +45,59 @@ void NeedleScanner::build(const QStringList& needles) {
                 cls = quint16(classes++);
         }
     }
-    const std::vector<char16_t>& upper = UpperOfEach();
-    for (size_t c = 0; c < upper.size(); ++c) {
-        if (upper[c] != c && classOf[c] == 0)
-            classOf[c] = classOf[upper[c]];
+    for (const auto& [c, upper] : Folds()) {
+        if (classOf[c] == 0)
+            classOf[c] = classOf[upper];
     }
+    const size_t width = size_t(classes);
 
-    // The trie, then failure links breadth first, then the full table.
-    std::vector<std::vector<int>> child(1, std::vector<int>(size_t(classes), -1));
+    // The trie, in one table of rows (-1 where no edge leads).
+    delta.assign(width, -1);
     std::vector<std::vector<int>> out(1);
     lengths.clear();
     longest = 0;
     for (const QString& needle : needles) {
         lengths.push_back(int(needle.size()));
         longest = std::max(longest, int(needle.size()));
-        int at = 0;
+        size_t at = 0;
         for (const QChar ch : needle) {
-            const int cls = classOf[ch.unicode()];
-            if (child[size_t(at)][size_t(cls)] < 0) {
-                child[size_t(at)][size_t(cls)] = int(child.size());
-                child.emplace_back(size_t(classes), -1);
+            const size_t edge = at * width + classOf[ch.unicode()];
+            if (delta[edge] < 0) {
+                delta[edge] = int(out.size());
+                delta.resize(delta.size() + width, -1);
                 out.emplace_back();
             }
-            at = child[size_t(at)][size_t(cls)];
+            at = size_t(delta[edge]);
         }
         if (!needle.isEmpty())
-            out[size_t(at)].push_back(int(lengths.size()) - 1);
+            out[at].push_back(int(lengths.size()) - 1);
     }
-    const size_t states = child.size();
-    delta.assign(states * size_t(classes), 0);
+
+    // Failure links breadth first, turning each row into its full row of
+    // next states in place: a state's failure is shallower, so its row is
+    // full already when the state's turn comes.
+    const size_t states = out.size();
     std::vector<int> fail(states, 0);
     std::queue<int> pending;
-    for (int cls = 0; cls < classes; ++cls) {
-        const int next = child[0][size_t(cls)];
-        if (next >= 0) {
-            delta[size_t(cls)] = next;
+    for (size_t cls = 0; cls < width; ++cls) {
+        int& next = delta[cls];
+        if (next < 0)
+            next = 0;
+        else
             pending.push(next);
-        }
     }
     while (!pending.empty()) {
-        const int at = pending.front();
+        const size_t at = size_t(pending.front());
         pending.pop();
-        const std::vector<int>& inherited = out[size_t(fail[size_t(at)])];
-        out[size_t(at)].insert(out[size_t(at)].end(), inherited.begin(), inherited.end());
-        for (int cls = 0; cls < classes; ++cls) {
-            const int next = child[size_t(at)][size_t(cls)];
-            const int viaFail = delta[size_t(fail[size_t(at)]) * size_t(classes) + size_t(cls)];
+        const size_t failRow = size_t(fail[at]) * width;
+        const std::vector<int>& inherited = out[size_t(fail[at])];
+        out[at].insert(out[at].end(), inherited.begin(), inherited.end());
+        for (size_t cls = 0; cls < width; ++cls) {
+            int& next = delta[at * width + cls];
+            const int viaFail = delta[failRow + cls];
             if (next < 0) {
-                delta[size_t(at) * size_t(classes) + size_t(cls)] = viaFail;
+                next = viaFail;
             } else {
-                delta[size_t(at) * size_t(classes) + size_t(cls)] = next;
                 fail[size_t(next)] = viaFail;
                 pending.push(next);
             }
