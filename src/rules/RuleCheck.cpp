@@ -41,16 +41,37 @@ QString After(const QString& text, qsizetype from) {
     return from - 1 >= text.size() ? QString() : text.mid(from - 1);
 }
 
-// A signed 16-bit whole number, rounded half to even, or a failure.
-int Int16(const QString& text) {
+// A signed 16-bit whole number, rounded half to even; false when the text
+// is none. No exception: most criteria are words, and each throw would
+// cost more than the reading.
+bool Int16(const QString& text, int& number) {
+    const QString trimmed = Trim(text);
+    // Sizes are plain digits, and most criteria are words: neither needs
+    // the full reading of a number. A letter other than an exponent's
+    // makes no finite number.
+    int digits = 0;
+    bool letter = false;
+    for (const QChar ch : trimmed) {
+        if (ch >= QLatin1Char('0') && ch <= QLatin1Char('9'))
+            ++digits;
+        else if (ch.isLetter() && ch != QLatin1Char('e') && ch != QLatin1Char('E'))
+            letter = true;
+    }
+    if (letter)
+        return false;
+    if (digits > 0 && digits == trimmed.size() && digits <= 5) {
+        number = trimmed.toInt();
+        return number <= 32767;
+    }
     bool ok = false;
-    const double value = Trim(text).toDouble(&ok);
+    const double value = trimmed.toDouble(&ok);
     if (!ok || !std::isfinite(value))
-        throw RuleFailure{};
+        return false;
     const double rounded = std::nearbyint(value);
     if (rounded < -32768 || rounded > 32767)
-        throw RuleFailure{};
-    return int(rounded);
+        return false;
+    number = int(rounded);
+    return true;
 }
 
 const int kNoField = -1;
@@ -130,14 +151,8 @@ bool TextTest(const RuleEntry& e, const MessageScan& scan) {
 }
 
 int MessageScan::size() const {
-    if (sizeState == 0) {
-        try {
-            sizeNumber = Int16(m.Size);
-            sizeState = 1;
-        } catch (const RuleFailure&) {
-            sizeState = 2;
-        }
-    }
+    if (sizeState == 0)
+        sizeState = Int16(m.Size, sizeNumber) ? 1 : 2;
     if (sizeState == 2)
         throw RuleFailure{};
     return sizeNumber;
@@ -221,11 +236,7 @@ void Refresh(AppContext& ctx) {
                          : cond == QLatin1String("GreaterThan") ? RuleEntry::GreaterThan
                          : cond == QLatin1String("LessThan")    ? RuleEntry::LessThan
                                                                 : RuleEntry::OtherTest;
-            try {
-                entry.criteriaNumber = Int16(entry.Criteria);
-                entry.criteriaIsNumber = true;
-            } catch (const RuleFailure&) {
-            }
+            entry.criteriaIsNumber = Int16(entry.Criteria, entry.criteriaNumber);
             if (entry.field != kNoField && entry.Condition == QLatin1String("Contains")) {
                 entry.criteriaNeedle = needle(entry.field, entry.upperCriteria);
                 entry.prefixNeedle = needle(entry.field, entry.upperPrefix);

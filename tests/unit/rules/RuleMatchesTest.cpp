@@ -100,6 +100,8 @@ void RuleMatchesTest::matches_data() {
     row("criteria rounds half to even", {"Size Equals 2.5 "}, {{"Size", "2"}}, true);
     row("criteria no number", {"Size Equals big "}, {{"Size", "2"}}, false, 1);
     row("size beyond 16 bits", {"Size LessThan 5 "}, {{"Size", "33000"}}, false, 1);
+    row("largest size", {"Size GreaterThan 32766 "}, {{"Size", "32767"}}, true);
+    row("criteria with an exponent", {"Size Equals 1e3 "}, {{"Size", "1000"}}, true);
     row("entry without its blanks", {"Subject"}, {{"Subject", "x"}}, false, 1);
     row("AND, one fits", {"Subject Contains a ", "AND From Contains b "},
         {{"Subject", "a"}, {"From", "x"}}, false);
