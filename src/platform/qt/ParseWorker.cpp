@@ -1,6 +1,7 @@
 #include "platform/qt/ParseWorker.h"
 
 #include "messages/Capture.h"
+#include "platform/qt/HugePages.h"
 
 namespace velmora {
 
@@ -18,6 +19,7 @@ struct Job {
 
     ParsedMessage parse() {
         ParsedMessage parsed = ParseMessage(message, retrievedAt);
+        UseHugePagesAround(parsed.body.constData());
         if (scanners)
             ScanForRules(parsed, scanners);
         message = QByteArray();
@@ -50,6 +52,7 @@ struct ParseWorker::Queue {
 };
 
 ParseWorker::ParseWorker() : queue(std::make_shared<Queue>()) {
+    GrowHeapsInLargeSteps();
     // The parser's global tables are set up here, before the thread exists.
     ParseMessage(QByteArray("\r\n"), QDateTime());
     thread = std::thread([queue = queue] { run(*queue); });
@@ -66,6 +69,7 @@ ParseWorker::~ParseWorker() {
 
 std::function<ParsedMessage()> ParseWorker::submit(QByteArray message, QDateTime retrievedAt,
                                                    std::shared_ptr<const FieldScanners> scanners) {
+    UseHugePagesAround(message.constData());
     auto job = std::make_shared<Job>();
     job->message = std::move(message);
     job->retrievedAt = retrievedAt;
