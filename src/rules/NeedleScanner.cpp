@@ -1,6 +1,7 @@
 #include "rules/NeedleScanner.h"
 
 #include <algorithm>
+#include <immintrin.h>
 #include <queue>
 
 namespace velmora {
@@ -116,6 +117,11 @@ void NeedleScanner::build(const QStringList& needles) {
         const int row = next * classes;
         next = out[size_t(next)].empty() ? row : -row - 1;
     }
+    asciiClass.clear();
+    if (classes <= 256) {
+        for (char16_t c = 0; c < 128; ++c)
+            asciiClass.push_back(quint8(classOf[c]));
+    }
     narrow.clear();
     if (delta.size() < 32768)
         narrow.assign(delta.begin(), delta.end());
@@ -135,6 +141,8 @@ void NeedleScanner::scan(const QString& text, std::vector<int>& first) const {
     if (!any)
         return;
     const char16_t* data = reinterpret_cast<const char16_t*>(text.constData());
+    if (walkWide(data, text.size(), first))
+        return;
     if (!narrow.empty())
         walk(narrow.data(), data, text.size(), first);
     else
@@ -202,6 +210,149 @@ void NeedleScanner::walk(const Step* table, const char16_t* data, qsizetype size
             step(rows[k], at);
     }
 }
+
+namespace {
+
+constexpr int kLanes = 64; // four vectors of sixteen
+
+bool WideWalkRuns() {
+    static const bool runs = __builtin_cpu_supports("avx512f") &&
+                             __builtin_cpu_supports("avx512bw") &&
+                             __builtin_cpu_supports("avx512vbmi");
+    return runs;
+}
+
+} // namespace
+
+bool NeedleScanner::walkWide(const char16_t* data, qsizetype size, std::vector<int>& first) const {
+    // Each part is read from the longest needle's length before it: in a
+    // shorter text that overlap would cost more than the parts win.
+    const qsizetype lead = qsizetype(longest) - 1;
+    if (asciiClass.empty() || size < kLanes * (2 * lead + 16) || size >= (qsizetype(1) << 30) ||
+        !WideWalkRuns())
+        return false;
+    walkLanes(data, size, first);
+    return true;
+}
+
+#pragma GCC push_options
+#pragma GCC target("avx512f,avx512bw,avx512vbmi")
+#pragma GCC diagnostic push
+// The compiler's own vector headers start results from undefined values.
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+
+namespace {
+
+// The class of each character as a byte, 32 at a time while they are
+// ASCII; the others are looked up one by one.
+void ClassBytes(const char16_t* data, qsizetype size, const quint8* ascii, const quint16* classOf,
+                quint8* out) {
+    const __m512i low = _mm512_loadu_si512(ascii);
+    const __m512i high = _mm512_loadu_si512(ascii + 64);
+    const __m512i notAscii = _mm512_set1_epi16(short(0xff80));
+    qsizetype at = 0;
+    for (; at + 32 <= size; at += 32) {
+        const __m512i chars = _mm512_loadu_si512(data + at);
+        if (_mm512_test_epi16_mask(chars, notAscii) == 0) {
+            const __m256i bytes = _mm512_cvtepi16_epi8(chars);
+            const __m512i cls = _mm512_permutex2var_epi8(low, _mm512_castsi256_si512(bytes), high);
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + at), _mm512_castsi512_si256(cls));
+        } else {
+            for (qsizetype k = at; k < at + 32; ++k)
+                out[k] = quint8(classOf[data[k]]);
+        }
+    }
+    for (; at < size; ++at)
+        out[at] = quint8(classOf[data[at]]);
+}
+
+} // namespace
+
+// Sixty-four parts of the text walked in step, sixteen to a vector: one
+// gather a step fetches the next states of sixteen parts, and one every
+// fourth step the next four classes of each. Each part starts `lead`
+// characters early (the first one before the text, on a class no needle
+// uses), so a needle that ends in it was read whole; one found by two
+// parts keeps its first position.
+void NeedleScanner::walkLanes(const char16_t* data, qsizetype size, std::vector<int>& first) const {
+    const qsizetype lead = qsizetype(longest) - 1;
+    const qsizetype part = (size + kLanes - 1) / kLanes;
+    const qsizetype steps = (part + lead + 3) / 4 * 4;
+    // Classes from `lead` before the text to past the last step of the last
+    // part; kept between texts of ordinary length, so that none costs an
+    // allocation.
+    const size_t length = size_t(lead + kLanes * part + 8);
+    thread_local std::vector<quint8> kept;
+    std::vector<quint8> own;
+    std::vector<quint8>& cls = length <= (size_t(1) << 20) ? kept : own;
+    if (cls.size() < length)
+        cls.resize(length);
+    std::fill_n(cls.begin(), lead, quint8(0));
+    std::fill(cls.begin() + lead + size, cls.begin() + ptrdiff_t(length), quint8(0));
+    ClassBytes(data, size, asciiClass.data(), classOf.data(), cls.data() + lead);
+
+    const int* table = delta.data();
+    const int* base = reinterpret_cast<const int*>(cls.data());
+    const __m512i lane = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+    const __m512i partSize = _mm512_set1_epi32(int(part));
+    const __m512i from0 = _mm512_mullo_epi32(lane, partSize);
+    const __m512i from1 =
+        _mm512_mullo_epi32(_mm512_add_epi32(lane, _mm512_set1_epi32(16)), partSize);
+    const __m512i from2 =
+        _mm512_mullo_epi32(_mm512_add_epi32(lane, _mm512_set1_epi32(32)), partSize);
+    const __m512i from3 =
+        _mm512_mullo_epi32(_mm512_add_epi32(lane, _mm512_set1_epi32(48)), partSize);
+    const __m512i byteMask = _mm512_set1_epi32(0xff);
+    const __m512i zero = _mm512_setzero_si512();
+    __m512i r0 = zero, r1 = zero, r2 = zero, r3 = zero;
+    // Notes the needles that end at step `at` in vector `v`, and turns the
+    // marked states back into plain ones.
+    const auto ends = [&](__m512i& rows, int v, qsizetype at) {
+        __mmask16 marked = _mm512_cmplt_epi32_mask(rows, zero);
+        if (!marked)
+            return;
+        alignas(64) int row[16];
+        _mm512_store_si512(row, rows);
+        while (marked) {
+            const int l = __builtin_ctz(marked);
+            marked &= marked - 1;
+            row[l] = -row[l] - 1;
+            found(row[l], qsizetype(v * 16 + l) * part + at - lead, first);
+        }
+        rows = _mm512_load_si512(row);
+    };
+    for (qsizetype i = 0; i < steps; i += 4) {
+        const __m512i at = _mm512_set1_epi32(int(i));
+        __m512i c0 = _mm512_i32gather_epi32(_mm512_add_epi32(from0, at), base, 1);
+        __m512i c1 = _mm512_i32gather_epi32(_mm512_add_epi32(from1, at), base, 1);
+        __m512i c2 = _mm512_i32gather_epi32(_mm512_add_epi32(from2, at), base, 1);
+        __m512i c3 = _mm512_i32gather_epi32(_mm512_add_epi32(from3, at), base, 1);
+        for (int s = 0; s < 4; ++s) {
+            r0 = _mm512_i32gather_epi32(_mm512_add_epi32(r0, _mm512_and_si512(c0, byteMask)), table,
+                                        4);
+            r1 = _mm512_i32gather_epi32(_mm512_add_epi32(r1, _mm512_and_si512(c1, byteMask)), table,
+                                        4);
+            r2 = _mm512_i32gather_epi32(_mm512_add_epi32(r2, _mm512_and_si512(c2, byteMask)), table,
+                                        4);
+            r3 = _mm512_i32gather_epi32(_mm512_add_epi32(r3, _mm512_and_si512(c3, byteMask)), table,
+                                        4);
+            c0 = _mm512_srli_epi32(c0, 8);
+            c1 = _mm512_srli_epi32(c1, 8);
+            c2 = _mm512_srli_epi32(c2, 8);
+            c3 = _mm512_srli_epi32(c3, 8);
+            const __m512i any = _mm512_or_si512(_mm512_or_si512(r0, r1), _mm512_or_si512(r2, r3));
+            if (_mm512_cmplt_epi32_mask(any, zero) != 0) [[unlikely]] {
+                ends(r0, 0, i + s);
+                ends(r1, 1, i + s);
+                ends(r2, 2, i + s);
+                ends(r3, 3, i + s);
+            }
+        }
+    }
+}
+
+#pragma GCC diagnostic pop
+#pragma GCC pop_options
 
 std::shared_ptr<const FieldScan> ScanFields(std::shared_ptr<const FieldScanners> by,
                                             const QString (&text)[4]) {

@@ -35,6 +35,11 @@ private:
     template <class Step>
     void walk(const Step* table, const char16_t* data, qsizetype size,
               std::vector<int>& first) const;
+    // A long text walked in many parts side by side with vector gathers;
+    // false when the processor, the needles or the text's length do not
+    // allow it.
+    bool walkWide(const char16_t* data, qsizetype size, std::vector<int>& first) const;
+    void walkLanes(const char16_t* data, qsizetype size, std::vector<int>& first) const;
     // Notes what ends in a state at a position; positions count from 0.
     void found(int row, qsizetype at, std::vector<int>& first) const;
 
@@ -49,6 +54,9 @@ private:
     // The class of each character a text may hold, read as its upper case:
     // 0 for one no needle uses.
     std::vector<quint16> classOf;
+    // The classes of the first 128 characters, kept when every class fits
+    // in a byte.
+    std::vector<quint8> asciiClass;
     std::vector<int> lengths;
     int longest = 0;
 };

@@ -17,6 +17,7 @@ private Q_SLOTS:
     void firstMarkingRuleDecides_data();
     void firstMarkingRuleDecides();
     void scannerAgreesWithPlainSearch();
+    void scannerFindsNeedlesAcrossItsParts_data();
     void scannerFindsNeedlesAcrossItsParts();
 
 private:
@@ -232,19 +233,33 @@ void RuleMatchesTest::scannerAgreesWithPlainSearch() {
     }
 }
 
-// A long text is read in four parts; a needle that straddles where one part
-// ends must still be found, once, at its first place.
+// A long text is read in parts, four or sixty-four; a needle that straddles
+// where one part ends must still be found, once, at its first place.
+void RuleMatchesTest::scannerFindsNeedlesAcrossItsParts_data() {
+    QTest::addColumn<int>("size");
+    QTest::addColumn<int>("boundary");
+    QTest::addColumn<QChar>("filler");
+    QTest::newRow("four parts") << 1200 << 300 << QChar('y');
+    QTest::newRow("many parts, first end") << 64000 << 1000 << QChar('y');
+    QTest::newRow("many parts, middle") << 64000 << 17000 << QChar('y');
+    QTest::newRow("many parts, last end") << 64000 << 63000 << QChar('y');
+    QTest::newRow("many parts, beyond ASCII") << 64000 << 33000 << QChar(0x3c3);
+}
+
 void RuleMatchesTest::scannerFindsNeedlesAcrossItsParts() {
+    QFETCH(int, size);
+    QFETCH(int, boundary);
+    QFETCH(QChar, filler);
     NeedleScanner scanner;
     scanner.build({"QRST", "X"});
-    for (int at = 990; at <= 1010; ++at) {
-        QString text(4000, QChar('y'));
+    for (int at = boundary - 10; at <= boundary + 10; ++at) {
+        QString text(size, filler);
         text.replace(at, 4, "qrst");
-        text.replace(3999, 1, "x");
+        text.replace(size - 1, 1, "x");
         std::vector<int> first;
         scanner.scan(text, first);
         QCOMPARE(first[0], at + 1);
-        QCOMPARE(first[1], 4000);
+        QCOMPARE(first[1], size);
     }
 }
 
