@@ -1,7 +1,9 @@
 #include "rules/NeedleScanner.h"
 
 #include <algorithm>
+#if defined(__x86_64__)
 #include <immintrin.h>
+#endif
 #include <queue>
 
 namespace velmora {
@@ -211,6 +213,12 @@ void NeedleScanner::walk(const Step* table, const char16_t* data, qsizetype size
     }
 }
 
+#if defined(__x86_64__) && defined(__GNUC__)
+#define VELMORA_WIDE_WALK 1
+#endif
+
+#ifdef VELMORA_WIDE_WALK
+
 namespace {
 
 constexpr int kLanes = 64; // four vectors of sixteen
@@ -235,18 +243,19 @@ bool NeedleScanner::walkWide(const char16_t* data, qsizetype size, std::vector<i
     return true;
 }
 
-#pragma GCC push_options
-#pragma GCC target("avx512f,avx512bw,avx512vbmi")
+#define VELMORA_AVX512 __attribute__((target("avx512f,avx512bw,avx512vbmi")))
 #pragma GCC diagnostic push
+#ifndef __clang__
 // The compiler's own vector headers start results from undefined values.
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 
 namespace {
 
 // The class of each character as a byte, 32 at a time while they are
 // ASCII; the others are looked up one by one.
-void ClassBytes(const char16_t* data, qsizetype size, const quint8* ascii, const quint16* classOf,
-                quint8* out) {
+VELMORA_AVX512 void ClassBytes(const char16_t* data, qsizetype size, const quint8* ascii,
+                               const quint16* classOf, quint8* out) {
     const __m512i low = _mm512_loadu_si512(ascii);
     const __m512i high = _mm512_loadu_si512(ascii + 64);
     const __m512i notAscii = _mm512_set1_epi16(short(0xff80));
@@ -274,7 +283,8 @@ void ClassBytes(const char16_t* data, qsizetype size, const quint8* ascii, const
 // characters early (the first one before the text, on a class no needle
 // uses), so a needle that ends in it was read whole; one found by two
 // parts keeps its first position.
-void NeedleScanner::walkLanes(const char16_t* data, qsizetype size, std::vector<int>& first) const {
+VELMORA_AVX512 void NeedleScanner::walkLanes(const char16_t* data, qsizetype size,
+                                             std::vector<int>& first) const {
     const qsizetype lead = qsizetype(longest) - 1;
     const qsizetype part = (size + kLanes - 1) / kLanes;
     const qsizetype steps = (part + lead + 3) / 4 * 4;
@@ -305,22 +315,6 @@ void NeedleScanner::walkLanes(const char16_t* data, qsizetype size, std::vector<
     const __m512i byteMask = _mm512_set1_epi32(0xff);
     const __m512i zero = _mm512_setzero_si512();
     __m512i r0 = zero, r1 = zero, r2 = zero, r3 = zero;
-    // Notes the needles that end at step `at` in vector `v`, and turns the
-    // marked states back into plain ones.
-    const auto ends = [&](__m512i& rows, int v, qsizetype at) {
-        __mmask16 marked = _mm512_cmplt_epi32_mask(rows, zero);
-        if (!marked)
-            return;
-        alignas(64) int row[16];
-        _mm512_store_si512(row, rows);
-        while (marked) {
-            const int l = __builtin_ctz(marked);
-            marked &= marked - 1;
-            row[l] = -row[l] - 1;
-            found(row[l], qsizetype(v * 16 + l) * part + at - lead, first);
-        }
-        rows = _mm512_load_si512(row);
-    };
     for (qsizetype i = 0; i < steps; i += 4) {
         const __m512i at = _mm512_set1_epi32(int(i));
         __m512i c0 = _mm512_i32gather_epi32(_mm512_add_epi32(from0, at), base, 1);
@@ -341,18 +335,45 @@ void NeedleScanner::walkLanes(const char16_t* data, qsizetype size, std::vector<
             c2 = _mm512_srli_epi32(c2, 8);
             c3 = _mm512_srli_epi32(c3, 8);
             const __m512i any = _mm512_or_si512(_mm512_or_si512(r0, r1), _mm512_or_si512(r2, r3));
-            if (_mm512_cmplt_epi32_mask(any, zero) != 0) [[unlikely]] {
-                ends(r0, 0, i + s);
-                ends(r1, 1, i + s);
-                ends(r2, 2, i + s);
-                ends(r3, 3, i + s);
+            if (_mm512_cmplt_epi32_mask(any, zero) == 0) [[likely]]
+                continue;
+            // Needles end in some parts: note them, and turn the marked
+            // states back into plain ones.
+            quint64 ended = quint64(_mm512_cmplt_epi32_mask(r0, zero)) |
+                            quint64(_mm512_cmplt_epi32_mask(r1, zero)) << 16 |
+                            quint64(_mm512_cmplt_epi32_mask(r2, zero)) << 32 |
+                            quint64(_mm512_cmplt_epi32_mask(r3, zero)) << 48;
+            alignas(64) int row[kLanes];
+            _mm512_store_si512(row, r0);
+            _mm512_store_si512(row + 16, r1);
+            _mm512_store_si512(row + 32, r2);
+            _mm512_store_si512(row + 48, r3);
+            while (ended) {
+                const int l = __builtin_ctzll(ended);
+                ended &= ended - 1;
+                row[l] = -row[l] - 1;
+                found(row[l], l * part + i + s - lead, first);
             }
+            r0 = _mm512_load_si512(row);
+            r1 = _mm512_load_si512(row + 16);
+            r2 = _mm512_load_si512(row + 32);
+            r3 = _mm512_load_si512(row + 48);
         }
     }
 }
 
 #pragma GCC diagnostic pop
-#pragma GCC pop_options
+#undef VELMORA_AVX512
+
+#else
+
+bool NeedleScanner::walkWide(const char16_t*, qsizetype, std::vector<int>&) const {
+    return false;
+}
+
+void NeedleScanner::walkLanes(const char16_t*, qsizetype, std::vector<int>&) const {}
+
+#endif
 
 std::shared_ptr<const FieldScan> ScanFields(std::shared_ptr<const FieldScanners> by,
                                             const QString (&text)[4]) {

@@ -18,35 +18,54 @@ struct Mapping {
     bool contains(std::uintptr_t at) const { return at >= start && at < end; }
 };
 
-// The mapping that holds `at`; false unless it is anonymous memory the
-// program writes, the heap included. Without a list of mappings, `found`
-// spans everything, so that nobody asks again.
-bool MappingOf(std::uintptr_t at, Mapping& found) {
+// One line of /proc/self/maps: its range, and whether it is anonymous
+// memory that the program may write, or that is reserved without access.
+struct MapsLine {
+    Mapping range;
+    bool anonymous = false;
+    bool writable = false;
+    bool reserved = false;
+};
+
+bool ReadMapsLine(const char* line, MapsLine& out) {
+    char perms[8] = {};
+    unsigned long long offset = 0, inode = 0;
+    unsigned major = 0, minor = 0;
+    int path = 0;
+    if (std::sscanf(line, "%" SCNxPTR "-%" SCNxPTR " %7s %llx %x:%x %llu %n", &out.range.start,
+                    &out.range.end, perms, &offset, &major, &minor, &inode, &path) < 7)
+        return false;
+    const char* name = line + path;
+    out.anonymous = inode == 0 && (*name == '\n' || *name == '\0' ||
+                                   std::strncmp(name, "[heap]", 6) == 0);
+    out.writable = perms[0] == 'r' && perms[1] == 'w';
+    out.reserved = perms[0] == '-' && perms[1] == '-' && perms[2] == '-';
+    return true;
+}
+
+// The anonymous mapping that holds `at`, with the reserve right behind it
+// that a thread's heap grows into; false when `at` lies elsewhere. Without
+// a list of mappings, `found` spans everything, so that nobody asks again.
+bool HeapMappingOf(std::uintptr_t at, Mapping& found) {
     found = {0, UINTPTR_MAX};
     std::FILE* maps = std::fopen("/proc/self/maps", "re");
     if (!maps)
         return false;
-    bool writable = false;
+    bool heap = false;
     char line[512];
+    MapsLine entry;
     while (std::fgets(line, sizeof line, maps)) {
-        std::uintptr_t start = 0, end = 0;
-        char perms[8] = {};
-        unsigned long long offset = 0, inode = 0;
-        unsigned major = 0, minor = 0;
-        int path = 0;
-        if (std::sscanf(line, "%" SCNxPTR "-%" SCNxPTR " %7s %llx %x:%x %llu %n", &start, &end,
-                        perms, &offset, &major, &minor, &inode, &path) < 7)
+        if (!ReadMapsLine(line, entry) || !entry.range.contains(at))
             continue;
-        if (at < start || at >= end)
-            continue;
-        found = {start, end};
-        const char* name = line + path;
-        writable = inode == 0 && perms[0] == 'r' && perms[1] == 'w' &&
-                   (*name == '\n' || *name == '\0' || std::strncmp(name, "[heap]", 6) == 0);
+        found = entry.range;
+        heap = entry.anonymous && entry.writable;
+        if (heap && std::fgets(line, sizeof line, maps) && ReadMapsLine(line, entry) &&
+            entry.range.start == found.end && entry.anonymous && entry.reserved)
+            found.end = entry.range.end;
         break;
     }
     std::fclose(maps);
-    return writable;
+    return heap;
 }
 
 // The mappings this thread has looked at. A heap is often several
@@ -75,7 +94,12 @@ thread_local Seen seen;
 } // namespace
 
 void GrowHeapsInLargeSteps() {
-    mallopt(M_TOP_PAD, 64 << 20);
+    static const bool once = [] {
+        mallopt(M_MMAP_THRESHOLD, 32 << 20);
+        mallopt(M_TOP_PAD, 64 << 20);
+        return true;
+    }();
+    (void)once;
 }
 
 void UseHugePagesAround(const void* p) {
@@ -83,7 +107,7 @@ void UseHugePagesAround(const void* p) {
     if (!p || seen.contains(at))
         return;
     Mapping mapping;
-    const bool heap = MappingOf(at, mapping);
+    const bool heap = HeapMappingOf(at, mapping);
     // Remembered either way: a mapping that is no heap is not read again.
     seen.add(mapping);
     if (heap)

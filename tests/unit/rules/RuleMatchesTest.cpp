@@ -17,6 +17,8 @@ private Q_SLOTS:
     void firstMarkingRuleDecides_data();
     void firstMarkingRuleDecides();
     void scannerAgreesWithPlainSearch();
+    void scannerAgreesOnLongTexts_data();
+    void scannerAgreesOnLongTexts();
     void scannerFindsNeedlesAcrossItsParts_data();
     void scannerFindsNeedlesAcrossItsParts();
 
@@ -230,6 +232,68 @@ void RuleMatchesTest::scannerAgreesWithPlainSearch() {
             QVERIFY2(first[size_t(n)] == expected,
                      qPrintable(QString("'%1' in '%2'").arg(needles[n], text)));
         }
+    }
+}
+
+// Long texts are read in many parts at once, each part's characters
+// turned into classes in blocks: the results must still be a plain
+// search's, around the length where that reading starts, with long
+// needles, letters beyond ASCII mixed into blocks of ASCII, and as many
+// different letters as a byte of classes holds, and one more.
+void RuleMatchesTest::scannerAgreesOnLongTexts_data() {
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QStringList>("needles");
+    QTest::addColumn<QString>("alphabet");
+    const QStringList words{"QRST", "XY", "ABCDEFGHIJ"};
+    QTest::newRow("just below many parts") << 64 * (2 * 9 + 16) - 1 << words << "abxyqrst ";
+    QTest::newRow("at many parts") << 64 * (2 * 9 + 16) << words << "abxyqrst ";
+    QTest::newRow("a long needle")
+        << 20000 << QStringList{"THE QUICK BROWN FOX JUMPS OVER THE LAZY DOG", "OX"}
+        << "the quick brown fox jumps over the lazy dog";
+    QTest::newRow("beyond ASCII, mixed in")
+        << 20000 << QStringList{"ΣΑΣ", "SS", "ÉÉ"} << QString::fromUtf8("sσςΣaα é É");
+    auto distinct = [](int count) {
+        QStringList needles;
+        for (int c = 0; c < count; c += 5) {
+            QString needle;
+            for (int k = c; k < qMin(count, c + 5); ++k)
+                needle += QChar(0x4e00 + k);
+            needles.append(needle);
+        }
+        return needles;
+    };
+    auto letters = [](int count) {
+        QString all;
+        for (int k = 0; k < count; ++k)
+            all += QChar(0x4e00 + k);
+        return all + "ab";
+    };
+    for (const int count : {254, 255, 256})
+        QTest::addRow("%d classes", count + 1) << 40000 << distinct(count) << letters(count);
+}
+
+void RuleMatchesTest::scannerAgreesOnLongTexts() {
+    QFETCH(int, size);
+    QFETCH(QStringList, needles);
+    QFETCH(QString, alphabet);
+    QRandomGenerator random(11);
+    NeedleScanner scanner;
+    scanner.build(needles);
+    for (int round = 0; round < 4; ++round) {
+        QString text;
+        for (int k = 0; k < size; ++k)
+            text += alphabet[int(random.bounded(int(alphabet.size())))];
+        // Some needles planted late, where later parts read them.
+        for (const QString& needle : needles) {
+            if (random.bounded(2) == 0)
+                text.replace(int(random.bounded(size / 2, size - int(needle.size()))),
+                             needle.size(), needle.toLower());
+        }
+        std::vector<int> first;
+        scanner.scan(text, first);
+        const QString upper = RuleUpper(text);
+        for (int n = 0; n < needles.size(); ++n)
+            QCOMPARE(first[size_t(n)], int(upper.indexOf(needles[n])) + 1);
     }
 }
 
