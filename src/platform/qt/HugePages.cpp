@@ -36,8 +36,8 @@ bool ReadMapsLine(const char* line, MapsLine& out) {
                     &out.range.end, perms, &offset, &major, &minor, &inode, &path) < 7)
         return false;
     const char* name = line + path;
-    out.anonymous = inode == 0 && (*name == '\n' || *name == '\0' ||
-                                   std::strncmp(name, "[heap]", 6) == 0);
+    out.anonymous =
+        inode == 0 && (*name == '\n' || *name == '\0' || std::strncmp(name, "[heap]", 6) == 0);
     out.writable = perms[0] == 'r' && perms[1] == 'w';
     out.reserved = perms[0] == '-' && perms[1] == '-' && perms[2] == '-';
     return true;
