@@ -371,8 +371,6 @@ bool NeedleScanner::walkWide(const char16_t*, qsizetype, std::vector<int>&) cons
     return false;
 }
 
-void NeedleScanner::walkLanes(const char16_t*, qsizetype, std::vector<int>&) const {}
-
 #endif
 
 std::shared_ptr<const FieldScan> ScanFields(std::shared_ptr<const FieldScanners> by,
