@@ -19,7 +19,7 @@ struct QtPlatform {
         : files(LocalFiles::DataFolderBeside(executableFolder)) {
         // From the start, so that the rule tables built before the first
         // message share the heaps too, rather than each taking a mapping
-        // whose release stops the other thread's processor.
+        // whose release interrupts the processor of the other thread.
         GrowHeapsInLargeSteps();
     }
 
