@@ -1,6 +1,9 @@
 #include "rules/NeedleScanner.h"
 
 #include <algorithm>
+#include <array>
+#include <climits>
+#include <cstring>
 #if defined(__x86_64__)
 #include <immintrin.h>
 #endif
@@ -127,6 +130,7 @@ void NeedleScanner::build(const QStringList& needles) {
     narrow.clear();
     if (delta.size() < 32768)
         narrow.assign(delta.begin(), delta.end());
+    buildSieve(needles);
 }
 
 void NeedleScanner::scan(const QString& text, std::vector<int>& first) const {
@@ -143,6 +147,9 @@ void NeedleScanner::scan(const QString& text, std::vector<int>& first) const {
     if (!any)
         return;
     const char16_t* data = reinterpret_cast<const char16_t*>(text.constData());
+    // A short text is walked: setting up the sieve would cost more.
+    if (sieve && text.size() >= 256 && sieveScan(data, text.size(), first))
+        return;
     if (walkWide(data, text.size(), first))
         return;
     if (!narrow.empty())
@@ -230,6 +237,16 @@ bool WideWalkRuns() {
     return runs;
 }
 
+// Room for a text's classes; kept between texts of ordinary length, so
+// that none costs an allocation.
+quint8* ClassRoom(size_t length, std::vector<quint8>& own) {
+    thread_local std::vector<quint8> kept;
+    std::vector<quint8>& room = length <= (size_t(1) << 20) ? kept : own;
+    if (room.size() < length)
+        room.resize(length);
+    return room.data();
+}
+
 } // namespace
 
 bool NeedleScanner::walkWide(const char16_t* data, qsizetype size, std::vector<int>& first) const {
@@ -252,8 +269,8 @@ bool NeedleScanner::walkWide(const char16_t* data, qsizetype size, std::vector<i
 
 namespace {
 
-// The class of each character as a byte, 32 at a time while they are
-// ASCII; the others are looked up one by one.
+// The class of each character as a byte, 32 at a time; those beyond ASCII
+// are looked up one by one.
 VELMORA_AVX512 void ClassBytes(const char16_t* data, qsizetype size, const quint8* ascii,
                                const quint16* classOf, quint8* out) {
     const __m512i low = _mm512_loadu_si512(ascii);
@@ -262,13 +279,13 @@ VELMORA_AVX512 void ClassBytes(const char16_t* data, qsizetype size, const quint
     qsizetype at = 0;
     for (; at + 32 <= size; at += 32) {
         const __m512i chars = _mm512_loadu_si512(data + at);
-        if (_mm512_test_epi16_mask(chars, notAscii) == 0) {
-            const __m256i bytes = _mm512_cvtepi16_epi8(chars);
-            const __m512i cls = _mm512_permutex2var_epi8(low, _mm512_castsi256_si512(bytes), high);
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + at), _mm512_castsi512_si256(cls));
-        } else {
-            for (qsizetype k = at; k < at + 32; ++k)
-                out[k] = quint8(classOf[data[k]]);
+        const __m256i bytes = _mm512_cvtepi16_epi8(chars);
+        const __m512i cls = _mm512_permutex2var_epi8(low, _mm512_castsi256_si512(bytes), high);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + at), _mm512_castsi512_si256(cls));
+        for (quint32 others = _mm512_test_epi16_mask(chars, notAscii); others;
+             others &= others - 1) {
+            const qsizetype k = at + __builtin_ctz(others);
+            out[k] = quint8(classOf[data[k]]);
         }
     }
     for (; at < size; ++at)
@@ -289,20 +306,16 @@ VELMORA_AVX512 void NeedleScanner::walkLanes(const char16_t* data, qsizetype siz
     const qsizetype part = (size + kLanes - 1) / kLanes;
     const qsizetype steps = (part + lead + 3) / 4 * 4;
     // Classes from `lead` before the text to past the last step of the last
-    // part; kept between texts of ordinary length, so that none costs an
-    // allocation.
+    // part.
     const size_t length = size_t(lead + kLanes * part + 8);
-    thread_local std::vector<quint8> kept;
     std::vector<quint8> own;
-    std::vector<quint8>& cls = length <= (size_t(1) << 20) ? kept : own;
-    if (cls.size() < length)
-        cls.resize(length);
-    std::fill_n(cls.begin(), lead, quint8(0));
-    std::fill(cls.begin() + lead + size, cls.begin() + ptrdiff_t(length), quint8(0));
-    ClassBytes(data, size, asciiClass.data(), classOf.data(), cls.data() + lead);
+    quint8* cls = ClassRoom(length, own);
+    std::fill_n(cls, lead, quint8(0));
+    std::fill(cls + lead + size, cls + length, quint8(0));
+    ClassBytes(data, size, asciiClass.data(), classOf.data(), cls + lead);
 
     const int* table = delta.data();
-    const int* base = reinterpret_cast<const int*>(cls.data());
+    const int* base = reinterpret_cast<const int*>(cls);
     const __m512i lane = _mm512_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
     const __m512i partSize = _mm512_set1_epi32(int(part));
     const __m512i from0 = _mm512_mullo_epi32(lane, partSize);
@@ -362,12 +375,266 @@ VELMORA_AVX512 void NeedleScanner::walkLanes(const char16_t* data, qsizetype siz
     }
 }
 
+namespace {
+
+constexpr int kWindow = 8; // characters of a needle the sieve reads
+constexpr int kGroups = 16;
+constexpr int kMostSieved = kGroups * 12;
+
+// Roughly how common a character is in ordinary text: a window of rarer
+// ones lets fewer places through.
+int Commonness(QChar c) {
+    static const std::array<quint8, 128> rank = [] {
+        static constexpr char kOrder[] = " ETAOINSHRDLCUMWFGYPBVKJXQZ";
+        std::array<quint8, 128> r{};
+        for (int k = 0; kOrder[k]; ++k)
+            r[size_t(kOrder[k])] = quint8(sizeof kOrder - size_t(k));
+        return r;
+    }();
+    return c.unicode() < 128 ? rank[c.unicode()] : 0;
+}
+
+} // namespace
+
+// Each needle is sieved by a window of eight of its characters, or all of
+// a shorter one. The needles are in sixteen groups; for each place of a
+// window and each class, a byte tells which of groups 0-7 (`low`) and
+// 8-15 (`high`) have that class there, so eight table lookups of a text's
+// classes say, for sixty-four places at once, which groups' windows could
+// start there. A place that passes is looked up by its eight classes in a
+// hash table of the windows, and a needle whose window is found there is
+// compared whole.
+struct NeedleScanner::Sieve {
+    quint8 low[kWindow][64] = {};
+    quint8 high[kWindow][64] = {};
+    std::vector<int> needle; // which needle of the scanner
+    std::vector<int> from;   // its classes: classes[from[k]..from[k + 1])
+    std::vector<quint8> classes;
+    std::vector<int> window;       // where its window starts in it
+    unsigned widths[kGroups] = {}; // bit w: a group has a window of w classes
+    struct Entry {
+        quint64 key = 0;
+        int width = 0;
+        int first = -1; // the first needle with this window
+    };
+    std::vector<Entry> table;
+    std::vector<int> same; // the next needle with the same window, or -1
+    int bits = 6;
+
+    size_t home(quint64 key, int width) const {
+        return size_t(((key + quint64(width)) * 0x9E3779B97F4A7C15ull) >> (64 - bits));
+    }
+    void mark(int place, int cls, int group) {
+        if (group < 8)
+            low[place][cls] |= quint8(1u << group);
+        else
+            high[place][cls] |= quint8(1u << (group - 8));
+    }
+    bool has(int place, int cls, int group) const {
+        return (group < 8 ? low[place][cls] >> group : high[place][cls] >> (group - 8)) & 1;
+    }
+};
+
+void NeedleScanner::buildSieve(const QStringList& needles) {
+    sieve.reset();
+    if (classes > 64 || asciiClass.empty() || !WideWalkRuns())
+        return;
+    auto s = std::make_shared<Sieve>();
+    std::vector<int> shortWidths; // of needles shorter than a window
+    int longOnes = 0;
+    for (int n = 0; n < int(needles.size()); ++n) {
+        const QString& text = needles[n];
+        if (text.isEmpty())
+            continue;
+        if (text.size() < 4)
+            return;
+        s->needle.push_back(n);
+        s->from.push_back(int(s->classes.size()));
+        for (const QChar ch : text)
+            s->classes.push_back(quint8(classOf[ch.unicode()]));
+        int best = 0, bestCost = INT_MAX;
+        for (int at = 0; at + kWindow <= text.size(); ++at) {
+            int cost = 0;
+            for (int k = 0; k < kWindow; ++k)
+                cost += Commonness(text[at + k]);
+            if (cost < bestCost) {
+                bestCost = cost;
+                best = at;
+            }
+        }
+        s->window.push_back(best);
+        if (text.size() >= kWindow)
+            ++longOnes;
+        else if (std::find(shortWidths.begin(), shortWidths.end(), int(text.size())) ==
+                 shortWidths.end())
+            shortWidths.push_back(int(text.size()));
+    }
+    const int count = int(s->needle.size());
+    if (count == 0 || count > kMostSieved)
+        return;
+    s->from.push_back(int(s->classes.size()));
+
+    // Shorter needles go to a group of their own for each length, as their
+    // windows let every class through after their end. The others are
+    // spread evenly, each to the group whose windows it widens least.
+    const int longGroups = kGroups - int(shortWidths.size());
+    const int room = (longOnes + longGroups - 1) / longGroups;
+    std::vector<int> members(kGroups, 0);
+    for (int k = 0; k < count; ++k) {
+        const QString& text = needles[s->needle[size_t(k)]];
+        const quint8* cls = s->classes.data() + s->from[size_t(k)] + s->window[size_t(k)];
+        const int width = int(std::min<qsizetype>(kWindow, text.size()));
+        int widens[kWindow] = {};
+        for (int place = 0; place < width; ++place)
+            widens[place] = Commonness(text[s->window[size_t(k)] + place]) + 5;
+        int group = 0;
+        if (width < kWindow) {
+            group = longGroups + int(std::find(shortWidths.begin(), shortWidths.end(), width) -
+                                     shortWidths.begin());
+        } else {
+            int bestCost = INT_MAX;
+            for (int g = 0; g < longGroups; ++g) {
+                if (members[size_t(g)] >= room)
+                    continue;
+                int cost = 2 * members[size_t(g)];
+                for (int place = 0; place < kWindow; ++place) {
+                    if (!s->has(place, cls[place], g))
+                        cost += widens[place];
+                }
+                if (cost < bestCost) {
+                    bestCost = cost;
+                    group = g;
+                }
+            }
+        }
+        ++members[size_t(group)];
+        s->widths[group] |= 1u << width;
+        for (int place = 0; place < kWindow; ++place) {
+            if (place < width) {
+                s->mark(place, cls[place], group);
+            } else {
+                for (int c = 0; c < 64; ++c)
+                    s->mark(place, c, group);
+            }
+        }
+    }
+
+    while ((1 << s->bits) < 2 * count)
+        ++s->bits;
+    s->table.assign(size_t(1) << s->bits, Sieve::Entry{});
+    s->same.assign(size_t(count), -1);
+    for (int k = 0; k < count; ++k) {
+        const int width = std::min(kWindow, s->from[size_t(k) + 1] - s->from[size_t(k)]);
+        quint64 key = 0;
+        std::memcpy(&key, s->classes.data() + s->from[size_t(k)] + s->window[size_t(k)],
+                    size_t(width));
+        for (size_t h = s->home(key, width);; h = (h + 1) & (s->table.size() - 1)) {
+            Sieve::Entry& e = s->table[h];
+            if (e.first < 0) {
+                e = {key, width, k};
+                break;
+            }
+            if (e.key == key && e.width == width) {
+                int last = e.first;
+                while (s->same[size_t(last)] >= 0)
+                    last = s->same[size_t(last)];
+                s->same[size_t(last)] = k;
+                break;
+            }
+        }
+    }
+    sieve = std::move(s);
+}
+
+VELMORA_AVX512 bool NeedleScanner::sieveScan(const char16_t* data, qsizetype size,
+                                             std::vector<int>& first) const {
+    const Sieve& s = *sieve;
+    std::vector<quint8> own;
+    quint8* cls = ClassRoom(size_t(size) + 64 + kWindow, own);
+    ClassBytes(data, size, asciiClass.data(), classOf.data(), cls);
+    std::fill_n(cls + size, 64 + kWindow, quint8(0));
+
+    __m512i low[kWindow], high[kWindow];
+    for (int k = 0; k < kWindow; ++k) {
+        low[k] = _mm512_loadu_si512(s.low[k]);
+        high[k] = _mm512_loadu_si512(s.high[k]);
+    }
+    qsizetype passed = 0;
+    for (qsizetype at = 0; at < size; at += 64) {
+        __m512i c = _mm512_loadu_si512(cls + at);
+        __m512i l = _mm512_permutexvar_epi8(c, low[0]);
+        __m512i h = _mm512_permutexvar_epi8(c, high[0]);
+#pragma GCC unroll 8
+        for (int k = 1; k < kWindow; ++k) {
+            c = _mm512_loadu_si512(cls + at + k);
+            l = _mm512_and_si512(l, _mm512_permutexvar_epi8(c, low[k]));
+            h = _mm512_and_si512(h, _mm512_permutexvar_epi8(c, high[k]));
+        }
+        quint64 places = _mm512_test_epi8_mask(l, l) | _mm512_test_epi8_mask(h, h);
+        if (places == 0) [[likely]]
+            continue;
+        // Text much like the needles: the walk costs less than a closer
+        // look at so many places.
+        passed += __builtin_popcountll(places);
+        if (passed > at / 64 + 256) {
+            for (const int n : s.needle)
+                first[size_t(n)] = 0;
+            return false;
+        }
+        alignas(64) quint8 lowGroups[64], highGroups[64];
+        _mm512_store_si512(lowGroups, l);
+        _mm512_store_si512(highGroups, h);
+        while (places) {
+            const int j = __builtin_ctzll(places);
+            places &= places - 1;
+            const qsizetype place = at + j;
+            unsigned widths = 0;
+            for (unsigned groups = lowGroups[j] | unsigned(highGroups[j]) << 8; groups;
+                 groups &= groups - 1)
+                widths |= s.widths[__builtin_ctz(groups)];
+            quint64 word;
+            std::memcpy(&word, cls + place, sizeof word);
+            for (; widths; widths &= widths - 1) {
+                const int width = __builtin_ctz(widths);
+                const quint64 key =
+                    width == kWindow ? word : word & ((quint64(1) << 8 * width) - 1);
+                for (size_t e = s.home(key, width);; e = (e + 1) & (s.table.size() - 1)) {
+                    const Sieve::Entry& entry = s.table[e];
+                    if (entry.first < 0)
+                        break;
+                    if (entry.key != key || entry.width != width)
+                        continue;
+                    for (int k = entry.first; k >= 0; k = s.same[size_t(k)]) {
+                        int& kept = first[size_t(s.needle[size_t(k)])];
+                        const qsizetype start = place - s.window[size_t(k)];
+                        const int length = s.from[size_t(k) + 1] - s.from[size_t(k)];
+                        if (kept == 0 && start >= 0 && start + length <= size &&
+                            std::memcmp(cls + start, s.classes.data() + s.from[size_t(k)],
+                                        size_t(length)) == 0)
+                            kept = int(start) + 1;
+                    }
+                    break;
+                }
+            }
+        }
+    }
+    return true;
+}
+
 #pragma GCC diagnostic pop
 #undef VELMORA_AVX512
 
 #else
 
 bool NeedleScanner::walkWide(const char16_t*, qsizetype, std::vector<int>&) const {
+    return false;
+}
+
+void NeedleScanner::buildSieve(const QStringList&) {
+    sieve.reset();
+}
+
+bool NeedleScanner::sieveScan(const char16_t*, qsizetype, std::vector<int>&) const {
     return false;
 }
 

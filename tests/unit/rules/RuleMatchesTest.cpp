@@ -21,6 +21,8 @@ private Q_SLOTS:
     void scannerAgreesOnLongTexts();
     void scannerFindsNeedlesAcrossItsParts_data();
     void scannerFindsNeedlesAcrossItsParts();
+    void scannerSievesLikePlainSearch_data();
+    void scannerSievesLikePlainSearch();
 
 private:
     std::unique_ptr<TestRig> rig;
@@ -324,6 +326,65 @@ void RuleMatchesTest::scannerFindsNeedlesAcrossItsParts() {
         scanner.scan(text, first);
         QCOMPARE(first[0], at + 1);
         QCOMPARE(first[1], size);
+    }
+}
+
+// Long texts against needles of four characters or more go through a
+// sieve of eight characters a needle: text of words that the needles are
+// made of, so that windows pass and needles stand often, near misses
+// among them; needles planted first and last, repeated, sharing a window,
+// shorter than a window, and more than the sieve takes.
+void RuleMatchesTest::scannerSievesLikePlainSearch_data() {
+    QTest::addColumn<int>("needles");
+    QTest::addColumn<int>("size");
+    QTest::addColumn<QString>("letters");
+    QTest::newRow("a few needles") << 6 << 3001 << "abcdefghijklmnopqrstuvwxyz";
+    QTest::newRow("all sixteen groups full") << 150 << 20000 << "abcdefghijklmnopqrstuvwxyz";
+    QTest::newRow("a small alphabet") << 20 << 8000 << "abcdeno";
+    QTest::newRow("letters beyond ASCII")
+        << 30 << 10000 << QString::fromUtf8("abcdefghijklmnopéßσςΣ");
+    QTest::newRow("more than it takes") << 250 << 5000 << "abcdefghijklmnopqrstuvwxyz";
+}
+
+void RuleMatchesTest::scannerSievesLikePlainSearch() {
+    QFETCH(int, needles);
+    QFETCH(int, size);
+    QFETCH(QString, letters);
+    QRandomGenerator random(13);
+    auto pick = [&](const auto& list) {
+        return list[int(random.bounded(int(list.size())))];
+    };
+    for (int round = 0; round < 6; ++round) {
+        QStringList words;
+        for (int w = 0; w < 40; ++w) {
+            QString word;
+            for (int n = 2 + int(random.bounded(7)); n > 0; --n)
+                word += pick(letters);
+            words.append(word);
+        }
+        QStringList wanted;
+        while (wanted.size() < needles) {
+            QString needle = pick(words);
+            while (needle.size() < 4 || random.bounded(3) == 0)
+                needle += " " + pick(words);
+            if (random.bounded(4) == 0)
+                needle.chop(1); // a near miss
+            if (random.bounded(6) == 0 && !wanted.isEmpty())
+                needle = wanted.last(); // the same needle twice
+            wanted.append(RuleUpper(needle));
+        }
+        NeedleScanner scanner;
+        scanner.build(wanted);
+        QString text = pick(wanted).toLower();
+        while (text.size() < size)
+            text += (random.bounded(2) ? " " : "\n") + pick(words);
+        text.truncate(size - wanted.last().size());
+        text += wanted.last();
+        std::vector<int> first;
+        scanner.scan(text, first);
+        const QString upper = RuleUpper(text);
+        for (int n = 0; n < wanted.size(); ++n)
+            QVERIFY2(first[size_t(n)] == int(upper.indexOf(wanted[n])) + 1, qPrintable(wanted[n]));
     }
 }
 
