@@ -20,7 +20,8 @@ QString RuleUpper(const QString& text);
 // in its upper-case form: the rules' Contains tests all read one field of a
 // message, and the field may be a long body. Built as an automaton over
 // the characters the needles use (Aho and Corasick), with a full table of
-// next states, so a pass costs one table step a character.
+// next states, so a pass costs one table step a character; a long text
+// whose needles suit it goes through a sieve instead.
 class NeedleScanner {
 public:
     // Needles are upper-case already; blank ones are allowed.
