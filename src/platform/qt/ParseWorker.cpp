@@ -53,9 +53,12 @@ struct ParseWorker::Queue {
 
 ParseWorker::ParseWorker() : queue(std::make_shared<Queue>()) {
     GrowHeapsInLargeSteps();
-    // The parser's global tables are set up here, before the thread exists.
-    ParseMessage(QByteArray("\r\n"), QDateTime());
-    thread = std::thread([queue = queue] { run(*queue); });
+    thread = std::thread([queue = queue] {
+        // Loading and setting up the MIME library takes milliseconds: here
+        // it runs beside whatever the other thread waits for.
+        ParseMessage(QByteArray("\r\n"), QDateTime());
+        run(*queue);
+    });
 }
 
 ParseWorker::~ParseWorker() {

@@ -77,6 +77,11 @@ void QtPopClient::Connect() {
     if (port < 1 || port > 65535)
         fail(PopError::BadPort, QStringLiteral("Port %1 is outside 1 to 65535").arg(port));
     openSocket();
+    // Started once the line is open (its own library loading would hold up
+    // the TLS socket's), the parse thread gets ready while the server
+    // greets and logs in.
+    if (!parser)
+        parser = std::make_unique<ParseWorker>();
 
     const QByteArray greeting = readStatus(PopError::TimedOut, PopError::ConnectionReset);
     const PopReader::Status hello = PopReader::parseStatus(greeting);
@@ -351,8 +356,6 @@ void QtPopClient::retrieveAll() {
         // Universal time costs no time-zone lookup; the parse turns it to
         // local time where a message needs it.
         const QDateTime now = QDateTime::currentDateTimeUtc();
-        if (!parser)
-            parser = std::make_unique<ParseWorker>();
         std::function<ParsedMessage()> parse = parser->submit(data, now, scanners);
         item.setData(std::move(data), now);
         item.setParse(std::move(parse));
