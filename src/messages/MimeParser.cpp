@@ -19,28 +19,25 @@ QString TextOf(const QByteArray& bytes) {
     return text;
 }
 
-QString HeaderValue(GMimeObject* object, const char* name) {
-    const GMimeLibrary& G = *GMime();
+QString HeaderValue(const GMimeLibrary& G, GMimeObject* object, const char* name) {
     return QString::fromUtf8(G.g_mime_object_get_header(object, name));
 }
 
-bool IsType(GMimeObject* object, const char* type, const char* subtype) {
-    const GMimeLibrary& G = *GMime();
+bool IsType(const GMimeLibrary& G, GMimeObject* object, const char* type, const char* subtype) {
     GMimeContentType* ct = G.g_mime_object_get_content_type(object);
     return ct && G.g_mime_content_type_is_type(ct, type, subtype);
 }
 
 // A leaf part a mail client would list as an attachment.
-bool IsAttachment(GMimePart* part) {
-    const GMimeLibrary& G = *GMime();
+bool IsAttachment(const GMimeLibrary& G, GMimePart* part) {
     if (G.g_mime_part_is_attachment(part))
         return true;
     GMimeContentDisposition* disposition =
         G.g_mime_object_get_content_disposition(GMIME_OBJECT(part));
     const bool inlined = disposition && !G.g_mime_content_disposition_is_attachment(disposition);
     return !inlined && G.g_mime_part_get_filename(part) != nullptr &&
-           !IsType(GMIME_OBJECT(part), "text", "plain") &&
-           !IsType(GMIME_OBJECT(part), "text", "html");
+           !IsType(G, GMIME_OBJECT(part), "text", "plain") &&
+           !IsType(G, GMIME_OBJECT(part), "text", "html");
 }
 
 struct Walk {
@@ -49,24 +46,23 @@ struct Walk {
     int attachments = 0;
 };
 
-void Visit(GMimeObject* object, Walk& walk) {
-    const GMimeLibrary& G = *GMime();
+void Visit(const GMimeLibrary& G, GMimeObject* object, Walk& walk) {
     if (G.is(object, G.g_mime_multipart_get_type())) {
         GMimeMultipart* multipart = GMIME_MULTIPART(object);
         const int count = G.g_mime_multipart_get_count(multipart);
         for (int i = 0; i < count; ++i)
-            Visit(G.g_mime_multipart_get_part(multipart, i), walk);
+            Visit(G, G.g_mime_multipart_get_part(multipart, i), walk);
     } else if (G.is(object, G.g_mime_message_part_get_type())) {
         ++walk.attachments; // a forwarded message
     } else if (G.is(object, G.g_mime_part_get_type())) {
         GMimePart* part = GMIME_PART(object);
-        if (IsAttachment(part))
+        if (IsAttachment(G, part))
             ++walk.attachments;
         else if (!walk.plain && G.is(object, G.g_mime_text_part_get_type()) &&
-                 IsType(object, "text", "plain"))
+                 IsType(G, object, "text", "plain"))
             walk.plain = part;
         else if (!walk.html && G.is(object, G.g_mime_text_part_get_type()) &&
-                 IsType(object, "text", "html"))
+                 IsType(G, object, "text", "html"))
             walk.html = part;
     }
 }
@@ -80,8 +76,7 @@ bool Utf8Compatible(const char* charset) {
 // The part's text, transfer encoding and charset decoded. ASCII and UTF-8,
 // most mail, go straight to Unicode; text in another charset goes through
 // GMime's conversion.
-QString TextOfPart(GMimePart* part) {
-    const GMimeLibrary& G = *GMime();
+QString TextOfPart(const GMimeLibrary& G, GMimePart* part) {
     GMimeTextPart* text = GMIME_TEXT_PART(part);
     if (!Utf8Compatible(G.g_mime_text_part_get_charset(text))) {
         char* converted = G.g_mime_text_part_get_text(text);
@@ -184,9 +179,9 @@ ParsedMessage ParseMessage(const QByteArray& message, const QDateTime& retrieved
     // structure, without the address lists a message object would build
     // and this program never uses.
     if (GMimeObject* top = G.g_mime_parser_construct_part(parser, nullptr)) {
-        parsed.from = HeaderValue(top, "From");
-        parsed.to = HeaderValue(top, "To");
-        parsed.subject = HeaderValue(top, "Subject");
+        parsed.from = HeaderValue(G, top, "From");
+        parsed.to = HeaderValue(G, top, "To");
+        parsed.subject = HeaderValue(G, top, "Subject");
         if (const char* text = G.g_mime_object_get_header(top, "Date")) {
             if (GDateTime* date = G.g_mime_utils_header_decode_date(text)) {
                 parsed.date =
@@ -195,12 +190,12 @@ ParsedMessage ParseMessage(const QByteArray& message, const QDateTime& retrieved
             }
         }
         Walk walk;
-        Visit(top, walk);
+        Visit(G, top, walk);
         parsed.attachments = walk.attachments;
         if (walk.plain)
-            parsed.body = TextOfPart(walk.plain);
+            parsed.body = TextOfPart(G, walk.plain);
         else if (walk.html)
-            parsed.body = HtmlToText(TextOfPart(walk.html));
+            parsed.body = HtmlToText(TextOfPart(G, walk.html));
         G.g_object_unref(top);
     }
     // Without a readable Date the message bears the time it came in.

@@ -230,7 +230,8 @@ namespace {
 
 constexpr int kLanes = 64; // four vectors of sixteen
 
-bool WideWalkRuns() {
+// The wide walk and the sieve both need AVX-512 with byte permutes.
+bool VectorBytesRun() {
     static const bool runs = __builtin_cpu_supports("avx512f") &&
                              __builtin_cpu_supports("avx512bw") &&
                              __builtin_cpu_supports("avx512vbmi");
@@ -254,7 +255,7 @@ bool NeedleScanner::walkWide(const char16_t* data, qsizetype size, std::vector<i
     // shorter text that overlap would cost more than the parts win.
     const qsizetype lead = qsizetype(longest) - 1;
     if (asciiClass.empty() || size < kLanes * (2 * lead + 16) || size >= (qsizetype(1) << 30) ||
-        !WideWalkRuns())
+        !VectorBytesRun())
         return false;
     walkLanes(data, size, first);
     return true;
@@ -437,7 +438,7 @@ struct NeedleScanner::Sieve {
 
 void NeedleScanner::buildSieve(const QStringList& needles) {
     sieve.reset();
-    if (classes > 64 || asciiClass.empty() || !WideWalkRuns())
+    if (classes > 64 || asciiClass.empty() || !VectorBytesRun())
         return;
     auto s = std::make_shared<Sieve>();
     std::vector<int> shortWidths; // of needles shorter than a window
