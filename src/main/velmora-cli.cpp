@@ -10,6 +10,9 @@
 #include <QCoreApplication>
 #include <QTextStream>
 
+#include <cstdio>
+#include <cstdlib>
+
 using namespace velmora;
 
 int main(int argc, char** argv) {
@@ -30,5 +33,13 @@ int main(int argc, char** argv) {
 
     QTextStream out(stdout);
     QTextStream err(stderr);
-    return RunCommandLine(ctx, boxes, sounds, QCoreApplication::arguments().mid(1), out, err);
+    const int status =
+        RunCommandLine(ctx, boxes, sounds, QCoreApplication::arguments().mid(1), out, err);
+    // Settings and rules are written through as they change, so nothing is
+    // left to save: leave without freeing every message and library, which
+    // a script calling us in a loop would otherwise wait for each time.
+    out.flush();
+    err.flush();
+    std::fflush(nullptr);
+    std::_Exit(status);
 }
