@@ -45,7 +45,8 @@ private:
         std::function<void()> onProgress;
     };
     static QList<ScriptedPopServer::Message> mailbox(int count, int bodyBytes = 300);
-    static void aim(QtPopClient& client, quint16 port, bool tls = false);
+    static void aim(QtPopClient& client, quint16 port, bool tls = false,
+                    const QString& host = "127.0.0.1");
     // Runs a call; the client's number when it failed, else 0.
     template <class Call> static int failureOf(QtPopClient& client, Call call);
 
@@ -66,8 +67,8 @@ QList<ScriptedPopServer::Message> PopClientTest::mailbox(int count, int bodyByte
     return list;
 }
 
-void PopClientTest::aim(QtPopClient& client, quint16 port, bool tls) {
-    client.setHostName("127.0.0.1");
+void PopClientTest::aim(QtPopClient& client, quint16 port, bool tls, const QString& host) {
+    client.setHostName(host);
     client.setPort(port);
     client.setLogin("user");
     client.setPassword("secret");
@@ -137,9 +138,20 @@ void PopClientTest::failures_data() {
         [](Server s) { s.stallAt(Stage::Retr, 2, 100); });
     row("TLS against a plain server", "Secure=1", false,
         "60000 - SSL Handshake Error: This may be caused by using SSL on the\r\nwrong Port.");
-    row("certificate nobody vouches for", "Secure=1,untrusted", false,
+    row("TLS to a server that never answers the hello", "Secure=1", false,
+        "10060 - Winsock Error - Connection Timed Out",
+        [](Server s) { s.stallAt(Stage::Greeting); });
+    row("reset in the middle of a message, over TLS", "Secure=1,trusted", true,
+        "30013 - The connection was lost", [](Server s) { s.resetAt(Stage::Retr, 2, 100); });
+    row("stall in the middle of a message, over TLS", "Secure=1,trusted", true,
+        "30014 - No answer from the server within 1 seconds",
+        [](Server s) { s.stallAt(Stage::Retr, 2, 100); });
+    row("certificate nobody vouches for", "Secure=1,selfsigned", false,
         "60009 - The server's certificate failed verification: The certificate is self-signed, "
         "and untrusted");
+    row("certificate for another host", "Secure=1,otherhost", false,
+        "60022 - The server's certificate failed verification: The host name did not match any "
+        "of the valid hosts for this certificate");
     row("port that is no number", "Port=pop", false,
         "13 - Type mismatch: the port \"pop\" is not a number");
 }
@@ -149,9 +161,18 @@ void PopClientTest::failures() {
     QFETCH(QString, account);
     QFETCH(bool, check);
     QFETCH(QString, line);
-    const bool untrusted = account.contains("untrusted");
+    // A marker names the certificate a TLS server presents; without one the
+    // server is plain.
+    const std::pair<const char*, TestCertificate::Kind> markers[] = {
+        {"trusted", TestCertificate::Trusted},
+        {"selfsigned", TestCertificate::SelfSigned},
+        {"otherhost", TestCertificate::ForAnotherHost}};
     ScriptedPopServer server;
-    QVERIFY(server.listen(untrusted ? certificate.get() : nullptr, untrusted));
+    bool listening = server.listen();
+    for (const auto& [marker, kind] : markers)
+        if (account.split(',').contains(marker))
+            listening = server.listen(certificate.get(), kind);
+    QVERIFY(listening);
     server.setMessages(mailbox(3));
     if (script)
         script(server);
@@ -162,7 +183,7 @@ void PopClientTest::failures() {
     rig.settings.set(s + "Options\\ConnectTimeOut", "1");
     const QString good = "Server=127.0.0.1,LoginID=user,Password=secret,Port=%1,";
     for (const QString& field : (good.arg(server.port()) + account).split(',', Qt::SkipEmptyParts))
-        if (field != "untrusted")
+        if (field.contains('='))
             rig.settings.set(s + "Acnt" + field.section('=', 0, 0) + "1", field.section('=', 1));
     if (rig.settings.get(s + "AcntPort1") == "closed")
         rig.settings.set(s + "AcntPort1", QString::number(ScriptedPopServer::closedPort()));
@@ -185,13 +206,16 @@ void PopClientTest::failures() {
 
 void PopClientTest::fetchesWholeMessages_data() {
     QTest::addColumn<bool>("tls");
+    QTest::addColumn<QString>("host");
     QTest::addColumn<bool>("pipelining");
-    QTest::newRow("TLS, pipelined") << true << true;
-    QTest::newRow("no CAPA: one command at a time") << false << false;
+    QTest::newRow("TLS to an address, pipelined") << true << "127.0.0.1" << true;
+    QTest::newRow("TLS to a name, pipelined") << true << "localhost" << true;
+    QTest::newRow("no CAPA: one command at a time") << false << "127.0.0.1" << false;
 }
 
 void PopClientTest::fetchesWholeMessages() {
     QFETCH(bool, tls);
+    QFETCH(QString, host);
     QFETCH(bool, pipelining);
     ScriptedPopServer server;
     QVERIFY(server.listen(tls ? certificate.get() : nullptr));
@@ -201,7 +225,7 @@ void PopClientTest::fetchesWholeMessages() {
     QtPopClient client;
     Events events;
     client.setNotification(&events);
-    aim(client, server.port(), tls);
+    aim(client, server.port(), tls, host);
     client.Connect();
     QCOMPARE(events.connected, 1);
     QCOMPARE(client.Messages().Count(), 20);

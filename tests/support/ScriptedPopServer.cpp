@@ -312,13 +312,13 @@ ScriptedPopServer::ScriptedPopServer(QObject* parent) : QObject(parent) {}
 
 ScriptedPopServer::~ScriptedPopServer() = default;
 
-bool ScriptedPopServer::listen(const TestCertificate* certificate, bool untrusted) {
+bool ScriptedPopServer::listen(const TestCertificate* certificate, TestCertificate::Kind kind) {
     delete server;
     server = nullptr;
     tls = certificate != nullptr;
     if (tls) {
-        QFile certFile(untrusted ? certificate->untrustedCertFile() : certificate->certFile());
-        QFile keyFile(untrusted ? certificate->untrustedKeyFile() : certificate->keyFile());
+        QFile certFile(certificate->certFile(kind));
+        QFile keyFile(certificate->keyFile(kind));
         if (!certFile.open(QIODevice::ReadOnly) || !keyFile.open(QIODevice::ReadOnly))
             return false;
         const QSslCertificate cert(&certFile, QSsl::Pem);

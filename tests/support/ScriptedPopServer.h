@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/TestCertificate.h"
+
 #include <QByteArray>
 #include <QList>
 #include <QObject>
@@ -10,8 +12,6 @@
 class QTcpServer;
 
 namespace velmora {
-
-class TestCertificate;
 
 // A POP3 server on loopback for tests, scripted to misbehave on demand. It
 // lives on the thread and event loop of the client under test and never
@@ -32,9 +32,10 @@ public:
     ~ScriptedPopServer() override;
 
     // Listens on 127.0.0.1 on a free port. With a certificate the server
-    // speaks TLS from the first byte (implicit TLS); `untrusted` serves the
-    // self-signed certificate instead of the CA-signed one.
-    bool listen(const TestCertificate* certificate = nullptr, bool untrusted = false);
+    // speaks TLS from the first byte (implicit TLS), presenting the one of
+    // the given kind.
+    bool listen(const TestCertificate* certificate = nullptr,
+                TestCertificate::Kind kind = TestCertificate::Trusted);
     quint16 port() const;
     // A loopback port with nothing listening on it ("connection refused").
     static quint16 closedPort();

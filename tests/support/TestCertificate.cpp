@@ -14,16 +14,20 @@ const QStringList kEcKey = {"-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prim
 
 TestCertificate::TestCertificate(const QString& folder) : dir(folder) {
     QDir().mkpath(dir);
-    QFile ext(dir + "/server.ext");
-    if (!ext.open(QIODevice::WriteOnly)) {
-        problem = "cannot write " + ext.fileName();
-        return;
+    // The certificates the CA signs differ only in the names they are for.
+    const QByteArray usage = "basicConstraints=CA:FALSE\n"
+                             "keyUsage=critical,digitalSignature,keyEncipherment\n"
+                             "extendedKeyUsage=serverAuth\n";
+    const QList<std::pair<QString, QByteArray>> extensions = {
+        {"server.ext", usage + "subjectAltName=DNS:localhost,IP:127.0.0.1\n"},
+        {"other.ext", usage + "subjectAltName=DNS:mail.example.net\n"}};
+    for (const auto& [name, text] : extensions) {
+        QFile ext(dir + "/" + name);
+        if (!ext.open(QIODevice::WriteOnly) || ext.write(text) != text.size()) {
+            problem = "cannot write " + ext.fileName();
+            return;
+        }
     }
-    ext.write("basicConstraints=CA:FALSE\n"
-              "keyUsage=critical,digitalSignature,keyEncipherment\n"
-              "extendedKeyUsage=serverAuth\n"
-              "subjectAltName=DNS:localhost,IP:127.0.0.1\n");
-    ext.close();
 
     made = run(QStringList{"req", "-x509"} + kEcKey +
                QStringList{"-keyout", dir + "/ca.key", "-out", caFile(), "-days", "3", "-subj",
@@ -35,14 +39,28 @@ TestCertificate::TestCertificate(const QString& folder) : dir(folder) {
            run({"x509", "-req", "-in", dir + "/server.csr", "-CA", caFile(), "-CAkey",
                 dir + "/ca.key", "-CAcreateserial", "-out", certFile(), "-days", "3", "-extfile",
                 dir + "/server.ext"}) &&
+           run({"req", "-new", "-key", keyFile(), "-out", dir + "/other.csr", "-subj",
+                "/CN=mail.example.net"}) &&
+           run({"x509", "-req", "-in", dir + "/other.csr", "-CA", caFile(), "-CAkey",
+                dir + "/ca.key", "-CAcreateserial", "-out", certFile(ForAnotherHost), "-days", "3",
+                "-extfile", dir + "/other.ext"}) &&
            run(QStringList{"req", "-x509"} + kEcKey +
-               QStringList{"-keyout", untrustedKeyFile(), "-out", untrustedCertFile(), "-days", "3",
-                           "-subj", "/CN=localhost", "-addext",
+               QStringList{"-keyout", keyFile(SelfSigned), "-out", certFile(SelfSigned), "-days",
+                           "3", "-subj", "/CN=localhost", "-addext",
                            "subjectAltName=DNS:localhost,IP:127.0.0.1"});
     // Servers started as another user must read the key.
-    for (const QString& file : {keyFile(), untrustedKeyFile()})
+    for (const QString& file : {keyFile(), keyFile(SelfSigned)})
         QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup |
                                         QFile::ReadOther);
+}
+
+QString TestCertificate::certFile(Kind kind) const {
+    static const char* const names[] = {"/server.pem", "/other.pem", "/untrusted.pem"};
+    return dir + names[kind];
+}
+
+QString TestCertificate::keyFile(Kind kind) const {
+    return dir + (kind == SelfSigned ? "/untrusted.key" : "/server.key");
 }
 
 bool TestCertificate::run(const QStringList& arguments) {

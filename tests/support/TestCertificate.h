@@ -6,9 +6,12 @@ namespace velmora {
 
 // Certificates for the test servers, made with openssl in a folder the test
 // owns: a CA with a server certificate for localhost and 127.0.0.1 signed by
-// it, and a self-signed certificate that no CA vouches for.
+// it, one it signed for another host, and a self-signed certificate that no
+// CA vouches for.
 class TestCertificate {
 public:
+    enum Kind { Trusted, ForAnotherHost, SelfSigned };
+
     // Makes all files in `folder`; ok() tells whether openssl succeeded.
     explicit TestCertificate(const QString& folder);
 
@@ -17,10 +20,8 @@ public:
     QString error() const { return problem; }
 
     QString caFile() const { return dir + "/ca.pem"; }
-    QString certFile() const { return dir + "/server.pem"; }
-    QString keyFile() const { return dir + "/server.key"; }
-    QString untrustedCertFile() const { return dir + "/untrusted.pem"; }
-    QString untrustedKeyFile() const { return dir + "/untrusted.key"; }
+    QString certFile(Kind kind = Trusted) const;
+    QString keyFile(Kind kind = Trusted) const;
 
 private:
     bool run(const QStringList& arguments);

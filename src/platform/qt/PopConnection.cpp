@@ -1,15 +1,12 @@
 #include "platform/qt/PopConnection.h"
 
+#include "platform/qt/TlsLine.h"
+
 #include <QEventLoop>
-#include <QSslCipher>
-#include <QSslConfiguration>
-#include <QSslSocket>
 #include <QTcpSocket>
 #include <QTimer>
 
 #include <unistd.h>
-
-#include <algorithm>
 
 namespace velmora {
 
@@ -17,35 +14,12 @@ PopConnection::PopConnection(int timeoutSeconds) : timeoutMs(qMax(1, timeoutSeco
 
 PopConnection::~PopConnection() {
     wake();
+    delete tls;
     if (socket) {
         socket->abort();
         socket->deleteLater();
     }
 }
-
-namespace {
-
-// The system's trust store, and the CA file named by VELMORA_CA_FILE.
-QSslConfiguration TlsConfiguration() {
-    QSslConfiguration conf = QSslConfiguration::defaultConfiguration();
-    const QString extra = qEnvironmentVariable("VELMORA_CA_FILE");
-    if (!extra.isEmpty())
-        conf.addCaCertificates(extra);
-    conf.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    // AES-128-GCM first: as strong as a mailbox needs and cheaper than the
-    // library's first choice, for us and for the server that encrypts every
-    // byte of a large mailbox.
-    QList<QSslCipher> ciphers = conf.ciphers();
-    const auto preferred =
-        std::stable_partition(ciphers.begin(), ciphers.end(), [](const QSslCipher& c) {
-            return c.name() == QLatin1String("TLS_AES_128_GCM_SHA256");
-        });
-    if (preferred != ciphers.begin())
-        conf.setCiphers(ciphers);
-    return conf;
-}
-
-} // namespace
 
 void PopConnection::attach(QAbstractSocket* line) {
     socket = line;
@@ -53,16 +27,8 @@ void PopConnection::attach(QAbstractSocket* line) {
     socket->setReadBufferSize(0);
     connect(socket, &QAbstractSocket::errorOccurred, this, &PopConnection::wake);
     connect(socket, &QAbstractSocket::disconnected, this, &PopConnection::wake);
-    connect(socket, &QAbstractSocket::connected, this, [this] {
-        if (!waitingForEncryption)
-            wake();
-    });
-    if (ssl)
-        connect(ssl, &QSslSocket::encrypted, this, &PopConnection::wake);
-    connect(socket, &QIODevice::readyRead, this, [this] {
-        if (!waitingForEncryption)
-            wake();
-    });
+    connect(socket, &QAbstractSocket::connected, this, &PopConnection::wake);
+    connect(socket, &QIODevice::readyRead, this, &PopConnection::wake);
 }
 
 PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port, bool tls) {
@@ -73,56 +39,60 @@ PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port,
     silence->setInterval(timeoutMs);
     connect(silence, &QTimer::timeout, this, &PopConnection::wake);
 
-    // The line is opened plain, also for TLS. A server readies its side of
-    // TLS once connected, and the first TLS socket of the program loads the
-    // TLS library: opened first, the line lets the two go on together.
     attach(new QTcpSocket(this));
     socket->connectToHost(host, port);
-    Wait wait = runLoop(false);
+    // TLS is readied while the server accepts and readies its own side.
+    QString unavailable;
+    if (tls && !TlsLine::prepare(unavailable)) {
+        socket->abort();
+        return {OpenResult::TlsFailed, 0, unavailable};
+    }
+    Wait wait = runLoop();
     if (wait == Aborted)
         return {OpenResult::Aborted, 0, QString()};
     if (socket->state() != QAbstractSocket::ConnectedState)
-        return failure(wait, false);
+        return failure(wait);
     if (!tls)
         return {};
 
-    // The connected line goes over to a TLS socket; a plain socket never
-    // carries a TLS layer, which would copy every byte once more.
+    // The connected socket goes over to the TLS line, which reads and
+    // writes it itself.
     const int line = ::dup(int(socket->socketDescriptor()));
     socket->disconnect(this);
     socket->abort();
     delete socket;
     socket = nullptr;
-    ssl = new QSslSocket(this);
-    attach(ssl);
-    if (line < 0 || !ssl->setSocketDescriptor(line)) {
-        if (line >= 0)
-            ::close(line);
-        return {OpenResult::OtherError, 0, ssl->errorString()};
-    }
-    ssl->setSslConfiguration(TlsConfiguration());
-    ssl->setPeerVerifyName(host);
-    ssl->startClientEncryption();
-    wait = runLoop(true);
+    if (line < 0)
+        return {OpenResult::OtherError, 0, qt_error_string(errno)};
+    this->tls = new TlsLine(line, host, reader, this);
+    connect(this->tls, &TlsLine::changed, this, &PopConnection::wake);
+    if (this->tls->state() == TlsLine::Handshaking)
+        wait = runLoop();
     if (wait == Aborted)
         return {OpenResult::Aborted, 0, QString()};
-    if (ssl->isEncrypted())
+    if (this->tls->state() == TlsLine::Open)
         return {};
-    return failure(wait, true);
+    return tlsFailure(wait);
 }
 
-PopConnection::OpenResult PopConnection::failure(Wait wait, bool handshake) const {
+PopConnection::OpenResult PopConnection::tlsFailure(Wait wait) const {
+    OpenResult result;
+    result.text = tls->errorText();
+    if (tls->state() == TlsLine::Handshaking && wait == TimedOut)
+        result.kind = OpenResult::TimedOut;
+    else if (tls->certificateError())
+        result.kind = OpenResult::CertificateFailed;
+    else
+        result.kind = OpenResult::TlsFailed;
+    result.certificateError = tls->certificateError();
+    return result;
+}
+
+PopConnection::OpenResult PopConnection::failure(Wait wait) const {
     OpenResult result;
     result.text = socket->errorString();
     if (wait == TimedOut) {
         result.kind = OpenResult::TimedOut;
-        return result;
-    }
-    const QList<QSslError> certificate = handshake ? ssl->sslHandshakeErrors() : QList<QSslError>();
-    if (!certificate.isEmpty()) {
-        result.kind = OpenResult::CertificateFailed;
-        result.certificateError = int(certificate.first().error());
-        result.text = certificate.first().errorString();
         return result;
     }
     switch (socket->error()) {
@@ -135,14 +105,8 @@ PopConnection::OpenResult PopConnection::failure(Wait wait, bool handshake) cons
     case QAbstractSocket::SocketTimeoutError:
         result.kind = OpenResult::TimedOut;
         break;
-    case QAbstractSocket::SslHandshakeFailedError:
-    case QAbstractSocket::SslInternalError:
-    case QAbstractSocket::SslInvalidUserDataError:
-        result.kind = OpenResult::TlsFailed;
-        break;
     case QAbstractSocket::RemoteHostClosedError:
-        // The server hung up on the TLS client hello: no TLS there.
-        result.kind = handshake ? OpenResult::TlsFailed : OpenResult::Reset;
+        result.kind = OpenResult::Reset;
         break;
     default:
         result.kind = OpenResult::OtherError;
@@ -152,54 +116,64 @@ PopConnection::OpenResult PopConnection::failure(Wait wait, bool handshake) cons
 }
 
 void PopConnection::send(const QByteArray& commandLine) {
-    if (socket && socket->state() == QAbstractSocket::ConnectedState)
+    if (!connected())
+        return;
+    if (tls)
+        tls->write(commandLine + "\r\n");
+    else
         socket->write(commandLine + "\r\n");
 }
 
 PopConnection::Wait PopConnection::waitForData() {
     if (aborted)
         return Aborted;
-    if (socket && socket->bytesAvailable() > 0) {
-        pull();
+    if (tls)
+        tls->flush();
+    if (pull())
         return Data;
-    }
-    return runLoop(false);
+    return runLoop();
 }
 
-PopConnection::Wait PopConnection::runLoop(bool untilEncrypted) {
-    if (!socket || socket->state() == QAbstractSocket::UnconnectedState)
+bool PopConnection::connected() const {
+    if (tls)
+        return tls->state() == TlsLine::Open;
+    return socket && socket->state() == QAbstractSocket::ConnectedState;
+}
+
+bool PopConnection::alive() const {
+    if (tls)
+        return tls->state() == TlsLine::Handshaking || tls->state() == TlsLine::Open;
+    return socket && socket->state() != QAbstractSocket::UnconnectedState;
+}
+
+PopConnection::Wait PopConnection::runLoop() {
+    if (!alive())
         return Closed;
     QEventLoop events;
     QEventLoop* outer = loop;
     const bool outerWoken = wakeRequested;
     wakeRequested = false;
     loop = &events;
-    waitingForEncryption = untilEncrypted;
     silence->start();
     events.exec();
     loop = outer;
     wakeRequested = outerWoken;
     const bool timedOut = !silence->isActive();
     silence->stop();
-    waitingForEncryption = false;
 
     if (aborted)
         return Aborted;
-    if (socket->bytesAvailable() > 0) {
-        pull();
+    if (pull())
         return Data;
-    }
-    if (untilEncrypted && ssl && ssl->isEncrypted())
+    if (connected() && !timedOut)
         return Data;
-    if (!untilEncrypted && socket->state() == QAbstractSocket::ConnectedState && !timedOut)
-        return Data;
-    if (timedOut && socket->state() != QAbstractSocket::UnconnectedState)
+    if (timedOut && alive())
         return TimedOut;
     return Closed;
 }
 
-// A TLS socket signals every few kilobytes it decrypts; one quit a wait is
-// enough, and each further one would cost a wake-up of the event loop.
+// A socket signals every few kilobytes it reads; one quit a wait is enough,
+// and each further one would cost a wake-up of the event loop.
 void PopConnection::wake() {
     if (loop && !wakeRequested) {
         wakeRequested = true;
@@ -207,18 +181,31 @@ void PopConnection::wake() {
     }
 }
 
-void PopConnection::pull() {
+bool PopConnection::pull() {
+    if (tls) {
+        tls->pull();
+        return tls->takeArrived();
+    }
+    if (!socket || socket->bytesAvailable() <= 0)
+        return false;
     reader.appendFrom(*socket);
+    return true;
 }
 
 void PopConnection::abort() {
     aborted = true;
+    if (tls)
+        tls->abort();
     if (socket)
         socket->abort();
     wake();
 }
 
 void PopConnection::close() {
+    if (tls) {
+        tls->close();
+        return;
+    }
     if (!socket)
         return;
     socket->flush();
@@ -228,13 +215,11 @@ void PopConnection::close() {
 }
 
 bool PopConnection::isOpen() const {
-    return socket && !aborted && socket->state() == QAbstractSocket::ConnectedState;
+    return !aborted && connected();
 }
 
 QString PopConnection::peerSubject() const {
-    if (!ssl || ssl->peerCertificate().isNull())
-        return QString();
-    return ssl->peerCertificate().subjectDisplayName();
+    return tls ? tls->peerSubject() : QString();
 }
 
 } // namespace velmora

@@ -3,15 +3,15 @@
 #include "platform/qt/PopReader.h"
 
 #include <QObject>
-#include <QSslError>
 #include <QString>
 
 class QAbstractSocket;
 class QEventLoop;
-class QSslSocket;
 class QTimer;
 
 namespace velmora {
+
+class TlsLine;
 
 // The socket under the POP client, plain or TLS from the first byte, with
 // waits that keep the event loop turning and end after a time-out of
@@ -57,17 +57,21 @@ public:
 
 private:
     void attach(QAbstractSocket* line);
-    OpenResult failure(Wait wait, bool handshake) const;
-    Wait runLoop(bool untilEncrypted);
-    void pull();
+    OpenResult failure(Wait wait) const;
+    OpenResult tlsFailure(Wait wait) const;
+    Wait runLoop();
+    // Moves what arrived into the reader; true when anything did.
+    bool pull();
+    bool connected() const;
+    // Connecting, connected or in the handshake.
+    bool alive() const;
     // Ends the wait in progress, if any.
     void wake();
 
-    QAbstractSocket* socket = nullptr;
-    QSslSocket* ssl = nullptr; // the same socket, when it speaks TLS
+    QAbstractSocket* socket = nullptr; // plain, and while connecting
+    TlsLine* tls = nullptr;            // in place of the socket once connected
     QEventLoop* loop = nullptr;
     QTimer* silence = nullptr;
-    bool waitingForEncryption = false;
     bool wakeRequested = false; // the wait in progress is ending already
     int timeoutMs;
     bool aborted = false;

@@ -12,14 +12,21 @@ void PopReader::append(const QByteArray& data) {
 }
 
 void PopReader::appendFrom(QIODevice& device) {
-    compact();
     const qint64 available = device.bytesAvailable();
     if (available <= 0)
         return;
-    const qsizetype old = buf.size();
-    buf.resize(old + qsizetype(available));
-    const qint64 got = device.read(buf.data() + old, available);
-    buf.resize(old + qsizetype(qMax<qint64>(got, 0)));
+    grew(qMax<qint64>(device.read(room(qsizetype(available)), available), 0));
+}
+
+char* PopReader::room(qsizetype most) {
+    compact();
+    filled = buf.size();
+    buf.resize(filled + most);
+    return buf.data() + filled;
+}
+
+void PopReader::grew(qsizetype got) {
+    buf.resize(filled + got);
 }
 
 void PopReader::clear() {

@@ -21,6 +21,10 @@ public:
     void append(const QByteArray& data);
     // Reads all that the device holds straight into the buffer.
     void appendFrom(QIODevice& device);
+    // Room for up to `most` bytes at the end, to be filled in place and then
+    // cut to what came with grew().
+    char* room(qsizetype most);
+    void grew(qsizetype got);
     void clear();
     qsizetype buffered() const { return buf.size() - pos; }
 
@@ -44,6 +48,7 @@ private:
 
     QByteArray buf;
     qsizetype pos = 0;
+    qsizetype filled = 0; // the buffer's size before room() was given
 };
 
 } // namespace velmora
