@@ -149,9 +149,12 @@ void PopClientTest::failures_data() {
     row("certificate nobody vouches for", "Secure=1,selfsigned", false,
         "60009 - The server's certificate failed verification: The certificate is self-signed, "
         "and untrusted");
-    row("certificate for another host", "Secure=1,otherhost", false,
-        "60022 - The server's certificate failed verification: The host name did not match any "
-        "of the valid hosts for this certificate");
+    const QString otherHost = "60022 - The server's certificate failed verification: The host "
+                              "name did not match any of the valid hosts for this certificate";
+    row("certificate for another host, reached by address", "Secure=1,otherhost", false, otherHost);
+    row("certificate for another host, reached by name", "Secure=1,otherhost,Server=localhost",
+        false, otherHost);
+    row("wildcard name standing for an address", "Secure=1,wildcard", false, otherHost);
     row("port that is no number", "Port=pop", false,
         "13 - Type mismatch: the port \"pop\" is not a number");
 }
@@ -166,7 +169,8 @@ void PopClientTest::failures() {
     const std::pair<const char*, TestCertificate::Kind> markers[] = {
         {"trusted", TestCertificate::Trusted},
         {"selfsigned", TestCertificate::SelfSigned},
-        {"otherhost", TestCertificate::ForAnotherHost}};
+        {"otherhost", TestCertificate::ForAnotherHost},
+        {"wildcard", TestCertificate::WildcardForAddress}};
     ScriptedPopServer server;
     bool listening = server.listen();
     for (const auto& [marker, kind] : markers)

@@ -20,7 +20,8 @@ TestCertificate::TestCertificate(const QString& folder) : dir(folder) {
                              "extendedKeyUsage=serverAuth\n";
     const QList<std::pair<QString, QByteArray>> extensions = {
         {"server.ext", usage + "subjectAltName=DNS:localhost,IP:127.0.0.1\n"},
-        {"other.ext", usage + "subjectAltName=DNS:mail.example.net\n"}};
+        {"other.ext", usage + "subjectAltName=DNS:mail.example.net\n"},
+        {"wildcard.ext", usage + "subjectAltName=DNS:*.0.0.1\n"}};
     for (const auto& [name, text] : extensions) {
         QFile ext(dir + "/" + name);
         if (!ext.open(QIODevice::WriteOnly) || ext.write(text) != text.size()) {
@@ -33,17 +34,11 @@ TestCertificate::TestCertificate(const QString& folder) : dir(folder) {
                QStringList{"-keyout", dir + "/ca.key", "-out", caFile(), "-days", "3", "-subj",
                            "/CN=Velmora Test CA", "-addext", "basicConstraints=critical,CA:TRUE",
                            "-addext", "keyUsage=critical,keyCertSign,cRLSign"}) &&
-           run(QStringList{"req"} + kEcKey +
-               QStringList{"-keyout", keyFile(), "-out", dir + "/server.csr", "-subj",
-                           "/CN=localhost"}) &&
-           run({"x509", "-req", "-in", dir + "/server.csr", "-CA", caFile(), "-CAkey",
-                dir + "/ca.key", "-CAcreateserial", "-out", certFile(), "-days", "3", "-extfile",
-                dir + "/server.ext"}) &&
-           run({"req", "-new", "-key", keyFile(), "-out", dir + "/other.csr", "-subj",
-                "/CN=mail.example.net"}) &&
-           run({"x509", "-req", "-in", dir + "/other.csr", "-CA", caFile(), "-CAkey",
-                dir + "/ca.key", "-CAcreateserial", "-out", certFile(ForAnotherHost), "-days", "3",
-                "-extfile", dir + "/other.ext"}) &&
+           run({"genpkey", "-algorithm", "EC", "-pkeyopt", "ec_paramgen_curve:P-256", "-out",
+                keyFile()}) &&
+           signedFor(Trusted, "/CN=localhost", "server") &&
+           signedFor(ForAnotherHost, "/CN=mail.example.net", "other") &&
+           signedFor(WildcardForAddress, "/CN=*.0.0.1", "wildcard") &&
            run(QStringList{"req", "-x509"} + kEcKey +
                QStringList{"-keyout", keyFile(SelfSigned), "-out", certFile(SelfSigned), "-days",
                            "3", "-subj", "/CN=localhost", "-addext",
@@ -54,8 +49,19 @@ TestCertificate::TestCertificate(const QString& folder) : dir(folder) {
                                         QFile::ReadOther);
 }
 
+// A certificate the CA signs for the server's key, with the extensions of
+// `<stem>.ext`.
+bool TestCertificate::signedFor(Kind kind, const QString& subject, const QString& stem) {
+    const QString request = dir + "/" + stem + ".csr";
+    return run({"req", "-new", "-key", keyFile(), "-out", request, "-subj", subject}) &&
+           run({"x509", "-req", "-in", request, "-CA", caFile(), "-CAkey", dir + "/ca.key",
+                "-CAcreateserial", "-out", certFile(kind), "-days", "3", "-extfile",
+                dir + "/" + stem + ".ext"});
+}
+
 QString TestCertificate::certFile(Kind kind) const {
-    static const char* const names[] = {"/server.pem", "/other.pem", "/untrusted.pem"};
+    static const char* const names[] = {"/server.pem", "/other.pem", "/wildcard.pem",
+                                        "/untrusted.pem"};
     return dir + names[kind];
 }
 

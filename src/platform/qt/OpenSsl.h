@@ -12,6 +12,7 @@ namespace velmora {
     X(SSL_CTX_new)                                                                                 \
     X(SSL_CTX_free)                                                                                \
     X(SSL_CTX_ctrl)                                                                                \
+    X(SSL_CTX_set_options)                                                                         \
     X(SSL_CTX_set_ciphersuites)                                                                    \
     X(SSL_CTX_set_verify)                                                                          \
     X(SSL_CTX_get_cert_store)                                                                      \

@@ -6,7 +6,9 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-#include <unistd.h>
+#include <fcntl.h>
+
+#include <cerrno>
 
 namespace velmora {
 
@@ -57,22 +59,25 @@ PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port,
 
     // The connected socket goes over to the TLS line, which reads and
     // writes it itself.
-    const int line = ::dup(int(socket->socketDescriptor()));
+    const int line = ::fcntl(int(socket->socketDescriptor()), F_DUPFD_CLOEXEC, 0);
+    const int dupError = errno;
     socket->disconnect(this);
     socket->abort();
     delete socket;
     socket = nullptr;
     if (line < 0)
-        return {OpenResult::OtherError, 0, qt_error_string(errno)};
+        return {OpenResult::OtherError, 0, qt_error_string(dupError)};
     this->tls = new TlsLine(line, host, reader, this);
     connect(this->tls, &TlsLine::changed, this, &PopConnection::wake);
     if (this->tls->state() == TlsLine::Handshaking)
         wait = runLoop();
-    if (wait == Aborted)
-        return {OpenResult::Aborted, 0, QString()};
-    if (this->tls->state() == TlsLine::Open)
+    if (this->tls->state() == TlsLine::Open && wait != Aborted)
         return {};
-    return tlsFailure(wait);
+    // A handshake that timed out must not finish later on its own.
+    const OpenResult result =
+        wait == Aborted ? OpenResult{OpenResult::Aborted, 0, QString()} : tlsFailure(wait);
+    this->tls->abort();
+    return result;
 }
 
 PopConnection::OpenResult PopConnection::tlsFailure(Wait wait) const {
@@ -127,10 +132,12 @@ void PopConnection::send(const QByteArray& commandLine) {
 PopConnection::Wait PopConnection::waitForData() {
     if (aborted)
         return Aborted;
-    if (tls)
-        tls->flush();
+    // Read first: should the write fail, what the server said before it
+    // hung up is still read.
     if (pull())
         return Data;
+    if (tls)
+        tls->flush();
     return runLoop();
 }
 

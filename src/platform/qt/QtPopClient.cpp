@@ -78,8 +78,8 @@ void QtPopClient::Connect() {
         fail(PopError::BadPort, QStringLiteral("Port %1 is outside 1 to 65535").arg(port));
     openSocket();
     // Started once the line is open (its own library loading would hold up
-    // the TLS socket's), the parse thread gets ready while the server
-    // greets and logs in.
+    // TLS's), the parse thread gets ready while the server greets and logs
+    // in.
     if (!parser)
         parser = std::make_unique<ParseWorker>();
 
@@ -336,8 +336,8 @@ void QtPopClient::retrieveAll() {
     const size_t window = pipelining ? 512 : 1;
     size_t sent = 0;
     for (size_t done = 0; done < items.size(); ++done) {
-        // The socket sends what is queued when the loop next turns, so a
-        // batch leaves together.
+        // What is sent is queued until the next wait, so a batch leaves
+        // together.
         if (sent - done <= window / 2) {
             for (; sent < items.size() && sent - done < window; ++sent)
                 connection->send("RETR " + QByteArray::number(qulonglong(sent + 1)));

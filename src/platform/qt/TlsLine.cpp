@@ -92,6 +92,8 @@ SSL_CTX* Context(const OpenSslLibrary& lib, int (*verify)(int, X509_STORE_CTX*),
         return nullptr;
     }
     lib.SSL_CTX_ctrl(made, SSL_CTRL_SET_MIN_PROTO_VERSION, TLS1_2_VERSION, nullptr);
+    // The certificate checked after the handshake stays the server's.
+    lib.SSL_CTX_set_options(made, SSL_OP_NO_RENEGOTIATION);
     lib.SSL_CTX_ctrl(made, SSL_CTRL_MODE, SSL_MODE_ACCEPT_MOVING_WRITE_BUFFER, nullptr);
     // Several records a read, fewer calls into the kernel.
     lib.SSL_CTX_ctrl(made, SSL_CTRL_SET_READ_AHEAD, 1, nullptr);
@@ -127,7 +129,7 @@ SSL_CTX* Context(const OpenSslLibrary& lib, int (*verify)(int, X509_STORE_CTX*),
 bool TlsLine::prepare(QString& problem) {
     // OpenSSL writes to the socket itself, and a write after the server has
     // hung up (the close_notify after QUIT, say) must fail, not end the
-    // program.
+    // program. Qt's processes start with the default again.
     static const bool quiet = [] {
         return std::signal(SIGPIPE, SIG_IGN) != SIG_ERR;
     }();
@@ -141,7 +143,17 @@ bool TlsLine::prepare(QString& problem) {
 }
 
 TlsLine::TlsLine(int descriptor, const QString& host, PopReader& reader, QObject* parent)
-    : QObject(parent), lib(OpenSsl()), reader(reader), host(host), fd(descriptor) {
+    : QObject(parent), lib(OpenSsl()), reader(reader), fd(descriptor) {
+    QHostAddress ip(host);
+    address = !ip.isNull();
+    if (address) {
+        ip.setScopeId(QString());
+        name = ip.toString().toLatin1();
+    } else {
+        name = QUrl::toAce(host);
+        if (name.endsWith('.'))
+            name.chop(1);
+    }
     QString trouble;
     SSL_CTX* context = lib ? Context(*lib, &TlsLine::verified, trouble) : nullptr;
     if (!context) {
@@ -167,10 +179,14 @@ TlsLine::TlsLine(int descriptor, const QString& host, PopReader& reader, QObject
     });
     connect(writable, &QSocketNotifier::activated, this, [this] {
         writable->setEnabled(false);
-        if (current == Handshaking)
+        if (current == Handshaking) {
             handshake();
-        else
-            flush();
+            return;
+        }
+        // A read may have been waiting for the socket to take a write.
+        flush();
+        if (pull())
+            Q_EMIT changed();
     });
 
     lib->ERR_clear_error();
@@ -182,14 +198,8 @@ TlsLine::TlsLine(int descriptor, const QString& host, PopReader& reader, QObject
     lib->SSL_set_ex_data(ssl, 0, this);
     // The server's name goes with the hello, for servers with many names;
     // an address is never sent.
-    if (QHostAddress(host).isNull()) {
-        QByteArray name = QUrl::toAce(host);
-        if (name.endsWith('.'))
-            name.chop(1);
-        if (!name.isEmpty())
-            lib->SSL_ctrl(ssl, SSL_CTRL_SET_TLSEXT_HOSTNAME, TLSEXT_NAMETYPE_host_name,
-                          name.data());
-    }
+    if (!address && !name.isEmpty())
+        lib->SSL_ctrl(ssl, SSL_CTRL_SET_TLSEXT_HOSTNAME, TLSEXT_NAMETYPE_host_name, name.data());
     handshake();
 }
 
@@ -210,7 +220,8 @@ int TlsLine::verified(int ok, X509_STORE_CTX* store) {
     auto* ssl = static_cast<SSL*>(
         lib->X509_STORE_CTX_get_ex_data(store, lib->SSL_get_ex_data_X509_STORE_CTX_idx()));
     auto* line = ssl ? static_cast<TlsLine*>(lib->SSL_get_ex_data(ssl, 0)) : nullptr;
-    if (!line)
+    // Only the first handshake's chain counts; anything later is refused.
+    if (!line || line->current != Handshaking)
         return 0;
     line->chainErrors.push_back(CertificateError(lib->X509_STORE_CTX_get_error(store)));
     return 1;
@@ -234,7 +245,6 @@ void TlsLine::handshake() {
     } else if (system && system != EAGAIN) {
         fail(0, qt_error_string(system));
     } else {
-        // Typically a plain POP3 server hanging up on the hello.
         fail(0, QStringLiteral("The server closed the connection"));
     }
 }
@@ -247,14 +257,13 @@ void TlsLine::checkPeer() {
     if (!peer) {
         errors.push_back(QSslError::NoPeerCertificate);
     } else {
-        const QByteArray name = QUrl::toAce(host);
-        const bool address = !QHostAddress(host).isNull();
+        // An address matches an address entry, or a name entry of exactly
+        // that text; a wildcard never stands for part of an address.
+        const unsigned flags = X509_CHECK_FLAG_ALWAYS_CHECK_SUBJECT |
+                               (address ? unsigned(X509_CHECK_FLAG_NO_WILDCARDS) : 0u);
         const bool matches =
-            (address && lib->X509_check_ip_asc(peer, host.toLatin1().constData(), 0) == 1) ||
-            lib->X509_check_host(peer, name.constData(), size_t(name.size()),
-                                 X509_CHECK_FLAG_ALWAYS_CHECK_SUBJECT |
-                                     X509_CHECK_FLAG_NO_PARTIAL_WILDCARDS,
-                                 nullptr) == 1;
+            (address && lib->X509_check_ip_asc(peer, name.constData(), 0) == 1) ||
+            lib->X509_check_host(peer, name.constData(), size_t(name.size()), flags, nullptr) == 1;
         if (!matches)
             errors.push_back(QSslError::HostNameMismatch);
     }
@@ -325,8 +334,9 @@ void TlsLine::flush() {
 }
 
 void TlsLine::close() {
-    if (current == Open) {
+    if (current == Open)
         flush();
+    if (current == Open) {
         lib->ERR_clear_error();
         lib->SSL_shutdown(ssl);
     }
@@ -342,6 +352,8 @@ void TlsLine::abort() {
 void TlsLine::fail(int certificateCode, const QString& text) {
     certificate = certificateCode;
     problem = text;
+    if (lib)
+        lib->ERR_clear_error();
     if (fd >= 0)
         drop(Failed);
     else

@@ -68,7 +68,8 @@ private:
 
     const OpenSslLibrary* lib;
     PopReader& reader;
-    QString host;
+    QByteArray name; // the host: an address as text, or a name in ASCII without a final dot
+    bool address;    // the host is an IP address
     int fd;
     SSL* ssl = nullptr;
     QSocketNotifier* readable = nullptr;
