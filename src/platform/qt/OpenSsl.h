@@ -17,7 +17,6 @@ namespace velmora {
     X(SSL_CTX_set_verify)                                                                          \
     X(SSL_CTX_get_cert_store)                                                                      \
     X(SSL_CTX_load_verify_file)                                                                    \
-    X(SSL_CTX_set_default_read_buffer_len)                                                         \
     X(SSL_new)                                                                                     \
     X(SSL_free)                                                                                    \
     X(SSL_set_fd)                                                                                  \
