@@ -35,10 +35,16 @@ void PopReader::clear() {
 }
 
 // Drops what was taken once it is the larger part, so appending stays cheap
-// however long the stream runs.
+// however long the stream runs. The rest is moved to the front by hand:
+// removing from the front would only move the array's start, and the space
+// freed there would be found missing at the end, costing a reallocation of
+// the whole buffer at the next append.
 void PopReader::compact() {
     if (pos > 0 && pos >= buf.size() / 2) {
-        buf.remove(0, pos);
+        const qsizetype rest = buf.size() - pos;
+        char* data = buf.data();
+        std::memmove(data, data + pos, size_t(rest));
+        buf.truncate(rest);
         pos = 0;
     }
 }
