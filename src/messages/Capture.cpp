@@ -52,7 +52,8 @@ void Capture(AppContext& ctx, int account, int i) {
     m.MsgID = item.Uid();
     m.From = CleanFrom(m.From);
     m.To = CleanTo(m.To);
-    m.Date = MessageDate(date, ctx.svc.locale);
+    const QString written = item.DateText(ctx.svc.locale);
+    m.Date = written.isEmpty() ? MessageDate(date, ctx.svc.locale) : written;
     m.Attach = item.AttachmentCount() > 0;
     // To is never blank by now, so this never holds; the order is kept.
     if (m.From.isEmpty() && m.To.isEmpty() && m.Size.toLongLong() < 2)
@@ -75,6 +76,8 @@ void Fetch(AppContext& ctx, int account) {
     // The rules' texts are looked for while the messages come in.
     if (ctx.LiveRules.RuleCount >= 1)
         ctx.PopClient->setScanners(RuleScanners(ctx));
+    // So are the dates written, for the list.
+    ctx.PopClient->setDateLocale(ctx.svc.locale);
     ctx.PopClient->Messages().FetchAll();
     // The server is left before any parsing or rule work.
     CloseConnection(ctx);

@@ -2,8 +2,10 @@
 
 #include <QByteArray>
 #include <QDateTime>
+#include <QLocale>
 #include <QString>
 #include <memory>
+#include <optional>
 
 namespace velmora {
 
@@ -21,6 +23,10 @@ struct ParsedMessage {
     // The rules' needles found in the fields, when they were looked for
     // beside the parse.
     std::shared_ptr<const FieldScan> scan;
+    // The date as the message list writes it, when it was written beside
+    // the parse, and the locale it was written for.
+    QString dateText;
+    std::optional<QLocale> dateLocale;
 };
 
 // Parses a whole message (CR LF line ends). Malformed input never fails:

@@ -34,6 +34,10 @@ public:
     bool Deleted() const override { return deleted; }
     void setDeleted(bool on) override { deleted = on; }
     std::shared_ptr<const FieldScan> Scan() const override { return fields().scan; }
+    QString DateText(const QLocale& locale) const override {
+        const ParsedMessage& f = fields();
+        return f.dateLocale && *f.dateLocale == locale ? f.dateText : QString();
+    }
 
     // The identifier of a message on a server without UIDL: a digest of its
     // header block, which the server never changes.

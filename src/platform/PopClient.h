@@ -3,6 +3,7 @@
 #include "platform/Failure.h"
 
 #include <QDateTime>
+#include <QLocale>
 #include <QString>
 #include <memory>
 
@@ -32,6 +33,9 @@ public:
     // The fields scanned for the rules' needles beside the parse, if they
     // were.
     virtual std::shared_ptr<const FieldScan> Scan() const { return nullptr; }
+    // The Date as the message list writes it, when it was written beside the
+    // parse for this locale; empty otherwise.
+    virtual QString DateText(const QLocale& /*locale*/) const { return QString(); }
 };
 
 // The message collection of the open mailbox.
@@ -87,6 +91,9 @@ public:
     // Needles to look for in the fields of each message as soon as it is
     // parsed, while the rest is still coming in; none by default.
     virtual void setScanners(std::shared_ptr<const FieldScanners> /*scanners*/) {}
+    // The locale the message list writes dates in, so that each message's
+    // date can be written beside its parse; none by default.
+    virtual void setDateLocale(const QLocale& /*locale*/) {}
 
     // Connects and logs in; raises a Failure carrying LastError otherwise.
     virtual void Connect() = 0;

@@ -1,6 +1,7 @@
 #include "platform/qt/ParseWorker.h"
 
 #include "messages/Capture.h"
+#include "messages/DateText.h"
 #include "platform/qt/HugePages.h"
 
 namespace velmora {
@@ -11,6 +12,7 @@ struct Job {
     QByteArray message; // let go once parsed, so its memory serves the next
     QDateTime retrievedAt;
     std::shared_ptr<const FieldScanners> scanners;
+    std::optional<QLocale> dateLocale;
     // Whoever takes the job first parses it: the worker in the background,
     // or the program when it needs the result before the worker got there.
     std::atomic<bool> taken{false};
@@ -22,6 +24,12 @@ struct Job {
         UseHugePagesAround(parsed.body.constData());
         if (scanners)
             ScanForRules(parsed, scanners);
+        // Written here, the date costs the list nothing once the last
+        // message is in.
+        if (dateLocale) {
+            parsed.dateText = MessageDate(parsed.date, *dateLocale);
+            parsed.dateLocale = dateLocale;
+        }
         message = QByteArray();
         return parsed;
     }
@@ -71,12 +79,14 @@ ParseWorker::~ParseWorker() {
 }
 
 std::function<ParsedMessage()> ParseWorker::submit(QByteArray message, QDateTime retrievedAt,
-                                                   std::shared_ptr<const FieldScanners> scanners) {
+                                                   std::shared_ptr<const FieldScanners> scanners,
+                                                   std::optional<QLocale> dateLocale) {
     UseHugePagesAround(message.constData());
     auto job = std::make_shared<Job>();
     job->message = std::move(message);
     job->retrievedAt = retrievedAt;
     job->scanners = std::move(scanners);
+    job->dateLocale = std::move(dateLocale);
     {
         const std::lock_guard<std::mutex> lock(queue->mutex);
         queue->jobs.push_back(job);

@@ -27,8 +27,10 @@ public:
     // The parse of a message, to be had by calling the result: it parses
     // right there if the worker has not begun; otherwise, while the worker
     // is at it, it parses others still waiting, then takes the worker's.
+    // With a locale, the date is also written as the message list shows it.
     std::function<ParsedMessage()> submit(QByteArray message, QDateTime retrievedAt,
-                                          std::shared_ptr<const FieldScanners> scanners = {});
+                                          std::shared_ptr<const FieldScanners> scanners = {},
+                                          std::optional<QLocale> dateLocale = {});
 
 private:
     struct Queue;

@@ -356,7 +356,7 @@ void QtPopClient::retrieveAll() {
         // Universal time costs no time-zone lookup; the parse turns it to
         // local time where a message needs it.
         const QDateTime now = QDateTime::currentDateTimeUtc();
-        std::function<ParsedMessage()> parse = parser->submit(data, now, scanners);
+        std::function<ParsedMessage()> parse = parser->submit(data, now, scanners, dateLocale);
         item.setData(std::move(data), now);
         item.setParse(std::move(parse));
         if (notify)

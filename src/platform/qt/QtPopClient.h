@@ -5,6 +5,7 @@
 #include "platform/qt/PopReader.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace velmora {
@@ -34,6 +35,7 @@ public:
     void setSecurity(int mode) override { security = mode; }
     void setNotification(PopNotify* receiver) override { notify = receiver; }
     void setScanners(std::shared_ptr<const FieldScanners> s) override { scanners = std::move(s); }
+    void setDateLocale(const QLocale& locale) override { dateLocale = locale; }
 
     void Connect() override;
     void Disconnect() override;
@@ -78,6 +80,7 @@ private:
     std::unique_ptr<PopConnection> connection;
     std::unique_ptr<ParseWorker> parser;
     std::shared_ptr<const FieldScanners> scanners;
+    std::optional<QLocale> dateLocale;
     std::vector<std::unique_ptr<RetrievedMessage>> items;
     bool loggedIn = false;
     bool listed = false;
