@@ -5,13 +5,16 @@
 #include <QObject>
 #include <QString>
 
-class QAbstractSocket;
+#include <sys/socket.h>
+
+#include <vector>
+
 class QEventLoop;
 class QTimer;
 
 namespace velmora {
 
-class TlsLine;
+class SocketLine;
 
 // The socket under the POP client, plain or TLS from the first byte, with
 // waits that keep the event loop turning and end after a time-out of
@@ -42,6 +45,8 @@ public:
     ~PopConnection() override;
 
     OpenResult open(const QString& host, quint16 port, bool tls);
+    // Queued; it goes out when the next wait begins, with whatever else was
+    // sent before it.
     void send(const QByteArray& commandLine);
     // Waits until more bytes are in the reader, or something else happens.
     Wait waitForData();
@@ -56,20 +61,27 @@ public:
     PopReader reader;
 
 private:
-    void attach(QAbstractSocket* line);
-    OpenResult failure(Wait wait) const;
+    struct Address {
+        sockaddr_storage storage;
+        socklen_t length;
+    };
+
+    OpenResult lookUp(const QString& host, quint16 port, std::vector<Address>& addresses);
+    // A connected socket to the first address that takes the connection.
+    OpenResult connectTo(const std::vector<Address>& addresses, bool tls, int& socket);
     OpenResult tlsFailure(Wait wait) const;
+    // Runs the event loop until something wakes it or the time-out passes.
+    Wait pause();
     Wait runLoop();
     // Moves what arrived into the reader; true when anything did.
     bool pull();
     bool connected() const;
-    // Connecting, connected or in the handshake.
+    // Connected or in the handshake.
     bool alive() const;
     // Ends the wait in progress, if any.
     void wake();
 
-    QAbstractSocket* socket = nullptr; // plain, and while connecting
-    TlsLine* tls = nullptr;            // in place of the socket once connected
+    SocketLine* line = nullptr;
     QEventLoop* loop = nullptr;
     QTimer* silence = nullptr;
     bool wakeRequested = false; // the wait in progress is ending already

@@ -1,13 +1,12 @@
-#include "platform/qt/TlsLine.h"
+#include "platform/qt/SocketLine.h"
 
 #include "platform/qt/OpenSsl.h"
 #include "platform/qt/PopReader.h"
 
-#include <QHostAddress>
 #include <QSocketNotifier>
-#include <QSslError>
 #include <QUrl>
 
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -16,63 +15,104 @@
 
 #include <cerrno>
 #include <csignal>
+#include <iterator>
 
 namespace velmora {
 
 namespace {
 
-// A TLS record holds at most this much text.
+// A TLS record holds at most this much text; a plain read takes up to a
+// socket buffer's worth.
 constexpr int RecordText = 16 * 1024;
+constexpr int PlainChunk = 64 * 1024;
 // Read in one go before the event loop gets a turn, so that Stop and the
 // progress bar keep moving while a fast server streams a large message.
 constexpr qsizetype ReadBatch = 512 * 1024;
 
-// OpenSSL's verification results as the certificate errors the program
-// reports, whose numbers the error texts carry.
+// The certificate errors the program reports, by number: the numbers go
+// into the error texts, with what each says.
+constexpr int NoPeerCertificate = 21;
+constexpr int HostNameMismatch = 22;
+constexpr int UnknownCertificateError = -1;
+
+constexpr const char* CertificateTexts[] = {
+    "No error",
+    "The issuer certificate could not be found",
+    "The certificate signature could not be decrypted",
+    "The public key in the certificate could not be read",
+    "The signature of the certificate is invalid",
+    "The certificate is not yet valid",
+    "The certificate has expired",
+    "The certificate's notBefore field contains an invalid time",
+    "The certificate's notAfter field contains an invalid time",
+    "The certificate is self-signed, and untrusted",
+    "The root certificate of the certificate chain is self-signed, and untrusted",
+    "The issuer certificate of a locally looked up certificate could not be found",
+    "No certificates could be verified",
+    "Unknown error",
+    "One of the CA certificates is invalid",
+    "The basicConstraints path length parameter has been exceeded",
+    "The supplied certificate is unsuitable for this purpose",
+    "The root CA certificate is not trusted for this purpose",
+    "The root CA certificate is marked to reject the specified purpose",
+    "The current candidate issuer certificate was rejected because its subject name did not "
+    "match the issuer name of the current certificate",
+    "The current candidate issuer certificate was rejected because its issuer name and serial "
+    "number was present and did not match the authority key identifier of the current "
+    "certificate",
+    "The peer did not present any certificate",
+    "The host name did not match any of the valid hosts for this certificate"};
+
+// OpenSSL's verification results for the numbers 1 to 18, in order.
+constexpr long ChainResults[] = {X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT,
+                                 X509_V_ERR_UNABLE_TO_DECRYPT_CERT_SIGNATURE,
+                                 X509_V_ERR_UNABLE_TO_DECODE_ISSUER_PUBLIC_KEY,
+                                 X509_V_ERR_CERT_SIGNATURE_FAILURE,
+                                 X509_V_ERR_CERT_NOT_YET_VALID,
+                                 X509_V_ERR_CERT_HAS_EXPIRED,
+                                 X509_V_ERR_ERROR_IN_CERT_NOT_BEFORE_FIELD,
+                                 X509_V_ERR_ERROR_IN_CERT_NOT_AFTER_FIELD,
+                                 X509_V_ERR_DEPTH_ZERO_SELF_SIGNED_CERT,
+                                 X509_V_ERR_SELF_SIGNED_CERT_IN_CHAIN,
+                                 X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY,
+                                 X509_V_ERR_UNABLE_TO_VERIFY_LEAF_SIGNATURE,
+                                 X509_V_ERR_CERT_REVOKED,
+                                 X509_V_ERR_INVALID_CA,
+                                 X509_V_ERR_PATH_LENGTH_EXCEEDED,
+                                 X509_V_ERR_INVALID_PURPOSE,
+                                 X509_V_ERR_CERT_UNTRUSTED,
+                                 X509_V_ERR_CERT_REJECTED};
+
 int CertificateError(long x509Error) {
-    switch (x509Error) {
-    case X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT:
-        return QSslError::UnableToGetIssuerCertificate;
-    case X509_V_ERR_UNABLE_TO_DECRYPT_CERT_SIGNATURE:
-        return QSslError::UnableToDecryptCertificateSignature;
-    case X509_V_ERR_UNABLE_TO_DECODE_ISSUER_PUBLIC_KEY:
-        return QSslError::UnableToDecodeIssuerPublicKey;
-    case X509_V_ERR_CERT_SIGNATURE_FAILURE:
-        return QSslError::CertificateSignatureFailed;
-    case X509_V_ERR_CERT_NOT_YET_VALID:
-        return QSslError::CertificateNotYetValid;
-    case X509_V_ERR_CERT_HAS_EXPIRED:
-        return QSslError::CertificateExpired;
-    case X509_V_ERR_ERROR_IN_CERT_NOT_BEFORE_FIELD:
-        return QSslError::InvalidNotBeforeField;
-    case X509_V_ERR_ERROR_IN_CERT_NOT_AFTER_FIELD:
-        return QSslError::InvalidNotAfterField;
-    case X509_V_ERR_DEPTH_ZERO_SELF_SIGNED_CERT:
-        return QSslError::SelfSignedCertificate;
-    case X509_V_ERR_SELF_SIGNED_CERT_IN_CHAIN:
-        return QSslError::SelfSignedCertificateInChain;
-    case X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT_LOCALLY:
-        return QSslError::UnableToGetLocalIssuerCertificate;
-    case X509_V_ERR_UNABLE_TO_VERIFY_LEAF_SIGNATURE:
-        return QSslError::UnableToVerifyFirstCertificate;
-    case X509_V_ERR_CERT_REVOKED:
-        return QSslError::CertificateRevoked;
-    case X509_V_ERR_INVALID_CA:
-        return QSslError::InvalidCaCertificate;
-    case X509_V_ERR_PATH_LENGTH_EXCEEDED:
-        return QSslError::PathLengthExceeded;
-    case X509_V_ERR_INVALID_PURPOSE:
-        return QSslError::InvalidPurpose;
-    case X509_V_ERR_CERT_UNTRUSTED:
-        return QSslError::CertificateUntrusted;
-    case X509_V_ERR_CERT_REJECTED:
-        return QSslError::CertificateRejected;
-    case X509_V_ERR_HOSTNAME_MISMATCH:
-    case X509_V_ERR_IP_ADDRESS_MISMATCH:
-        return QSslError::HostNameMismatch;
-    default:
-        return QSslError::UnspecifiedError;
+    if (x509Error == X509_V_ERR_HOSTNAME_MISMATCH || x509Error == X509_V_ERR_IP_ADDRESS_MISMATCH)
+        return HostNameMismatch;
+    for (int i = 0; i < int(std::size(ChainResults)); ++i)
+        if (ChainResults[i] == x509Error)
+            return i + 1;
+    return UnknownCertificateError;
+}
+
+QString CertificateText(int code) {
+    return QString::fromLatin1(code >= 0 && code < int(std::size(CertificateTexts))
+                                   ? CertificateTexts[code]
+                                   : "Unknown error");
+}
+
+// The host as the certificate checks want it: an address as its canonical
+// text without a zone, or a name in ASCII without a final dot.
+std::pair<QByteArray, bool> HostForChecks(const QString& host) {
+    const QByteArray bare = host.section(QLatin1Char('%'), 0, 0).toLatin1();
+    unsigned char binary[sizeof(in6_addr)];
+    char text[INET6_ADDRSTRLEN] = {};
+    for (const int family : {AF_INET, AF_INET6}) {
+        if (inet_pton(family, bare.constData(), binary) == 1 &&
+            inet_ntop(family, binary, text, sizeof text))
+            return {QByteArray(text), true};
     }
+    QByteArray name = QUrl::toAce(host);
+    if (name.endsWith('.'))
+        name.chop(1);
+    return {name, false};
 }
 
 // The shared context, made again only when the extra CA file changes.
@@ -128,7 +168,7 @@ SSL_CTX* Context(const OpenSslLibrary& lib, int (*verify)(int, X509_STORE_CTX*),
 
 } // namespace
 
-bool TlsLine::prepare(QString& problem) {
+bool SocketLine::prepareTls(QString& problem) {
     // OpenSSL writes to the socket itself, and a write after the server has
     // hung up (the close_notify after QUIT, say) must fail, not end the
     // program. Qt's processes start with the default again.
@@ -141,27 +181,12 @@ bool TlsLine::prepare(QString& problem) {
         problem = QStringLiteral("TLS is not available: libssl.so.3 could not be loaded");
         return false;
     }
-    return Context(*lib, &TlsLine::verified, problem) != nullptr;
+    return Context(*lib, &SocketLine::verified, problem) != nullptr;
 }
 
-TlsLine::TlsLine(int descriptor, const QString& host, PopReader& reader, QObject* parent)
-    : QObject(parent), lib(OpenSsl()), reader(reader), fd(descriptor) {
-    QHostAddress ip(host);
-    address = !ip.isNull();
-    if (address) {
-        ip.setScopeId(QString());
-        name = ip.toString().toLatin1();
-    } else {
-        name = QUrl::toAce(host);
-        if (name.endsWith('.'))
-            name.chop(1);
-    }
-    QString trouble;
-    SSL_CTX* context = lib ? Context(*lib, &TlsLine::verified, trouble) : nullptr;
-    if (!context) {
-        fail(0, lib ? trouble : QStringLiteral("TLS is not available"));
-        return;
-    }
+SocketLine::SocketLine(int descriptor, const std::optional<QString>& tlsHost, PopReader& reader,
+                       QObject* parent)
+    : QObject(parent), reader(reader), fd(descriptor) {
     ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) | O_NONBLOCK);
     // Commands are a few bytes each and wait for their answers.
     const int on = 1;
@@ -185,12 +210,25 @@ TlsLine::TlsLine(int descriptor, const QString& host, PopReader& reader, QObject
             handshake();
             return;
         }
-        // A read may have been waiting for the socket to take a write.
+        // A TLS read may have been waiting for the socket to take a write.
         flush();
         if (pull())
             Q_EMIT changed();
     });
+    if (tlsHost)
+        startTls(*tlsHost);
+}
 
+void SocketLine::startTls(const QString& host) {
+    current = Handshaking;
+    lib = OpenSsl();
+    std::tie(name, address) = HostForChecks(host);
+    QString trouble;
+    SSL_CTX* context = lib ? Context(*lib, &SocketLine::verified, trouble) : nullptr;
+    if (!context) {
+        fail(0, lib ? trouble : QStringLiteral("TLS is not available"));
+        return;
+    }
     lib->ERR_clear_error();
     ssl = lib->SSL_new(context);
     if (!ssl || !lib->SSL_set_fd(ssl, fd)) {
@@ -205,7 +243,7 @@ TlsLine::TlsLine(int descriptor, const QString& host, PopReader& reader, QObject
     handshake();
 }
 
-TlsLine::~TlsLine() {
+SocketLine::~SocketLine() {
     blockSignals(true);
     if (fd >= 0)
         drop(Closed);
@@ -215,13 +253,13 @@ TlsLine::~TlsLine() {
 
 // Every problem with the chain is noted and the handshake goes on; the line
 // is dropped once it ends, reporting the first, before a byte is sent.
-int TlsLine::verified(int ok, X509_STORE_CTX* store) {
+int SocketLine::verified(int ok, X509_STORE_CTX* store) {
     if (ok)
         return 1;
     const OpenSslLibrary* lib = OpenSsl();
     auto* ssl = static_cast<SSL*>(
         lib->X509_STORE_CTX_get_ex_data(store, lib->SSL_get_ex_data_X509_STORE_CTX_idx()));
-    auto* line = ssl ? static_cast<TlsLine*>(lib->SSL_get_ex_data(ssl, 0)) : nullptr;
+    auto* line = ssl ? static_cast<SocketLine*>(lib->SSL_get_ex_data(ssl, 0)) : nullptr;
     // Only the first handshake's chain counts; anything later is refused.
     if (!line || line->current != Handshaking)
         return 0;
@@ -229,7 +267,7 @@ int TlsLine::verified(int ok, X509_STORE_CTX* store) {
     return 1;
 }
 
-void TlsLine::handshake() {
+void SocketLine::handshake() {
     lib->ERR_clear_error();
     errno = 0;
     const int result = lib->SSL_connect(ssl);
@@ -253,11 +291,11 @@ void TlsLine::handshake() {
 
 // The name is checked before the chain: a certificate for another host says
 // more about a wrong setting than any fault in its chain.
-void TlsLine::checkPeer() {
+void SocketLine::checkPeer() {
     std::vector<int> errors;
     X509* peer = lib->SSL_get0_peer_certificate(ssl);
     if (!peer) {
-        errors.push_back(QSslError::NoPeerCertificate);
+        errors.push_back(NoPeerCertificate);
     } else {
         // An address matches an address entry, or a name entry of exactly
         // that text; a wildcard never stands for part of an address.
@@ -267,7 +305,7 @@ void TlsLine::checkPeer() {
             (address && lib->X509_check_ip_asc(peer, name.constData(), 0) == 1) ||
             lib->X509_check_host(peer, name.constData(), size_t(name.size()), flags, nullptr) == 1;
         if (!matches)
-            errors.push_back(QSslError::HostNameMismatch);
+            errors.push_back(HostNameMismatch);
     }
     errors.insert(errors.end(), chainErrors.begin(), chainErrors.end());
     // Should the callback have missed one, the session's own verdict counts.
@@ -275,14 +313,14 @@ void TlsLine::checkPeer() {
     if (errors.empty() && verdict != X509_V_OK)
         errors.push_back(CertificateError(verdict));
     if (!errors.empty()) {
-        fail(errors.front(), QSslError(QSslError::SslError(errors.front())).errorString());
+        fail(errors.front(), CertificateText(errors.front()));
         return;
     }
     current = Open;
     Q_EMIT changed();
 }
 
-bool TlsLine::wouldBlock(int result) {
+bool SocketLine::wouldBlock(int result) {
     switch (lib->SSL_get_error(ssl, result)) {
     case SSL_ERROR_WANT_READ:
         return true;
@@ -294,51 +332,76 @@ bool TlsLine::wouldBlock(int result) {
     }
 }
 
-bool TlsLine::pull() {
+bool SocketLine::pull() {
+    const int chunk = ssl ? RecordText : PlainChunk;
     qsizetype got = 0;
     while (current == Open && got < ReadBatch) {
-        lib->ERR_clear_error();
-        const int n = lib->SSL_read(ssl, reader.room(RecordText), RecordText);
+        const int n = readSome(reader.room(chunk), chunk);
         reader.grew(n > 0 ? n : 0);
-        if (n > 0) {
-            got += n;
-        } else {
+        if (n <= 0) {
             // The end of the stream, a reset or a broken record: the line
             // is gone either way, and what came before it stays read.
-            if (!wouldBlock(n))
+            if (n < 0)
                 drop(Closed);
             break;
         }
+        got += n;
     }
     arrived = arrived || got > 0;
     return got > 0;
 }
 
-void TlsLine::write(const QByteArray& data) {
+int SocketLine::readSome(char* into, int most) {
+    if (ssl) {
+        lib->ERR_clear_error();
+        const int n = lib->SSL_read(ssl, into, most);
+        return n > 0 ? n : wouldBlock(n) ? 0 : -1;
+    }
+    const ssize_t n = ::recv(fd, into, size_t(most), 0);
+    if (n > 0)
+        return int(n);
+    return n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR) ? 0 : -1;
+}
+
+int SocketLine::writeSome(const char* from, int length) {
+    if (ssl) {
+        lib->ERR_clear_error();
+        const int n = lib->SSL_write(ssl, from, length);
+        return n > 0 ? n : wouldBlock(n) ? 0 : -1;
+    }
+    const ssize_t n = ::send(fd, from, size_t(length), MSG_NOSIGNAL);
+    if (n > 0)
+        return int(n);
+    if (n < 0 && (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR)) {
+        writable->setEnabled(true);
+        return 0;
+    }
+    return -1;
+}
+
+void SocketLine::write(const QByteArray& data) {
     outgoing.append(data);
 }
 
-void TlsLine::flush() {
+void SocketLine::flush() {
     while (current == Open && !outgoing.isEmpty()) {
-        // A write that could not finish is repeated with the same length.
+        // A TLS write that could not finish is repeated with the same length.
         if (!inFlight)
             inFlight = int(qMin<qsizetype>(outgoing.size(), 1 << 20));
-        lib->ERR_clear_error();
-        const int n = lib->SSL_write(ssl, outgoing.constData(), inFlight);
-        if (n <= 0) {
-            if (!wouldBlock(n))
-                drop(Closed);
+        const int n = writeSome(outgoing.constData(), inFlight);
+        if (n < 0)
+            drop(Closed);
+        if (n <= 0)
             return;
-        }
         outgoing.remove(0, n);
         inFlight = 0;
     }
 }
 
-void TlsLine::close() {
+void SocketLine::close() {
     if (current == Open)
         flush();
-    if (current == Open) {
+    if (current == Open && ssl) {
         lib->ERR_clear_error();
         lib->SSL_shutdown(ssl);
     }
@@ -346,12 +409,12 @@ void TlsLine::close() {
         drop(Closed);
 }
 
-void TlsLine::abort() {
+void SocketLine::abort() {
     if (fd >= 0)
         drop(Closed);
 }
 
-void TlsLine::fail(int certificateCode, const QString& text) {
+void SocketLine::fail(int certificateCode, const QString& text) {
     certificate = certificateCode;
     problem = text;
     if (lib)
@@ -362,7 +425,7 @@ void TlsLine::fail(int certificateCode, const QString& text) {
         current = Failed;
 }
 
-void TlsLine::drop(State to) {
+void SocketLine::drop(State to) {
     if (readable)
         readable->setEnabled(false);
     if (writable)
@@ -373,7 +436,7 @@ void TlsLine::drop(State to) {
     Q_EMIT changed();
 }
 
-QString TlsLine::peerSubject() const {
+QString SocketLine::peerSubject() const {
     X509* peer = ssl ? lib->SSL_get0_peer_certificate(ssl) : nullptr;
     if (!peer)
         return QString();
