@@ -214,6 +214,7 @@ void PopClientTest::fetchesWholeMessages_data() {
     QTest::addColumn<bool>("pipelining");
     QTest::newRow("TLS to an address, pipelined") << true << "127.0.0.1" << true;
     QTest::newRow("TLS to a name, pipelined") << true << "localhost" << true;
+    QTest::newRow("TLS to an address with blanks around it") << true << " 127.0.0.1 " << true;
     QTest::newRow("no CAPA: one command at a time") << false << "127.0.0.1" << false;
 }
 

@@ -7,9 +7,7 @@
 #include <QTimer>
 #include <QUrl>
 
-#include <arpa/inet.h>
 #include <netdb.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -29,6 +27,11 @@ PopConnection::~PopConnection() {
     delete line;
 }
 
+struct PopConnection::Address {
+    sockaddr_storage storage;
+    socklen_t length;
+};
+
 namespace {
 
 // A name lookup on a thread of its own, since the system's resolver blocks
@@ -39,159 +42,205 @@ struct Lookup {
     std::mutex mutex;
     bool finished = false;
     int error = 0;
-    std::vector<std::pair<sockaddr_storage, socklen_t>> found;
+    addrinfo* found = nullptr;
     int event = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
 
     ~Lookup() {
+        if (found)
+            ::freeaddrinfo(found);
         if (event >= 0)
             ::close(event);
     }
 };
 
-bool NameNotFound(int error) {
-    return error == EAI_NONAME || error == EAI_FAIL || error == EAI_AGAIN ||
-#ifdef EAI_NODATA
-           error == EAI_NODATA ||
-#endif
-           error == EAI_FAMILY;
+int Resolve(const QByteArray& name, quint16 port, int flags, addrinfo** found) {
+    addrinfo hints{};
+    hints.ai_family = AF_UNSPEC;
+    hints.ai_socktype = SOCK_STREAM;
+    hints.ai_flags = flags | AI_NUMERICSERV;
+    return ::getaddrinfo(name.constData(), QByteArray::number(port).constData(), &hints, found);
+}
+
+// Runs `wait` with a notifier on `descriptor` that wakes it once: a
+// notifier left on would fire in every turn of any loop nested in a
+// handler, spinning the processor.
+template <class Wait>
+auto WithWaker(PopConnection* waiter, void (PopConnection::*wake)(), int descriptor,
+               QSocketNotifier::Type type, Wait wait) {
+    QSocketNotifier notifier(qintptr(descriptor), type);
+    QObject::connect(&notifier, &QSocketNotifier::activated, waiter, [&notifier, waiter, wake] {
+        notifier.setEnabled(false);
+        (waiter->*wake)();
+    });
+    return wait(notifier);
+}
+
+// How telling a failure to connect is, of several addresses tried.
+int Weight(int error) {
+    switch (error) {
+    case ECONNREFUSED:
+        return 3;
+    case ETIMEDOUT:
+        return 2;
+    case ECONNRESET:
+        return 1;
+    default:
+        return 0;
+    }
 }
 
 } // namespace
 
 PopConnection::OpenResult PopConnection::lookUp(const QString& host, quint16 port,
-                                                std::vector<Address>& addresses) {
-    // An address needs no lookup.
-    const QByteArray text = host.trimmed().toLatin1();
-    Address numeric{};
-    auto* v4 = reinterpret_cast<sockaddr_in*>(&numeric.storage);
-    auto* v6 = reinterpret_cast<sockaddr_in6*>(&numeric.storage);
-    if (inet_pton(AF_INET, text.constData(), &v4->sin_addr) == 1)
-        numeric.length = sizeof(sockaddr_in);
-    else if (inet_pton(AF_INET6, text.constData(), &v6->sin6_addr) == 1)
-        numeric.length = sizeof(sockaddr_in6);
-    if (numeric.length) {
-        // The port sits at the same place in both.
-        numeric.storage.ss_family = numeric.length == sizeof(sockaddr_in) ? AF_INET : AF_INET6;
-        v4->sin_port = htons(port);
-        addresses.push_back(numeric);
-        return {};
+                                                std::vector<Address>& addresses,
+                                                const QDeadlineTimer& deadline) {
+    const auto take = [&addresses](const addrinfo* list) {
+        for (const addrinfo* at = list; at; at = at->ai_next) {
+            if (at->ai_addrlen > sizeof(sockaddr_storage))
+                continue;
+            Address address{};
+            std::memcpy(&address.storage, at->ai_addr, at->ai_addrlen);
+            address.length = at->ai_addrlen;
+            addresses.push_back(address);
+        }
+    };
+    // An address needs no lookup and no thread.
+    addrinfo* numeric = nullptr;
+    if (Resolve(host.toLatin1(), port, AI_NUMERICHOST, &numeric) == 0) {
+        take(numeric);
+        ::freeaddrinfo(numeric);
+        return addresses.empty() ? OpenResult{OpenResult::HostNotFound, 0, QString()}
+                                 : OpenResult{};
     }
 
-    const QByteArray name = QUrl::toAce(host.trimmed());
+    const QByteArray name = QUrl::toAce(host);
     if (name.isEmpty())
         return {OpenResult::HostNotFound, 0, QString()};
     auto lookup = std::make_shared<Lookup>();
     if (lookup->event < 0)
         return {OpenResult::OtherError, 0, qt_error_string(errno)};
-    QSocketNotifier done(qintptr(lookup->event), QSocketNotifier::Read);
-    connect(&done, &QSocketNotifier::activated, this, &PopConnection::wake);
-    try {
-        std::thread([lookup, name, service = QByteArray::number(port)] {
-            addrinfo hints{};
-            hints.ai_family = AF_UNSPEC;
-            hints.ai_socktype = SOCK_STREAM;
-            hints.ai_flags = AI_ADDRCONFIG;
-            addrinfo* list = nullptr;
-            const int error = ::getaddrinfo(name.constData(), service.constData(), &hints, &list);
-            std::vector<std::pair<sockaddr_storage, socklen_t>> found;
-            for (const addrinfo* at = error == 0 ? list : nullptr; at; at = at->ai_next) {
-                if (at->ai_addrlen > sizeof(sockaddr_storage))
-                    continue;
-                sockaddr_storage storage{};
-                std::memcpy(&storage, at->ai_addr, at->ai_addrlen);
-                found.emplace_back(storage, at->ai_addrlen);
-            }
-            if (list)
-                ::freeaddrinfo(list);
-            {
-                const std::lock_guard<std::mutex> lock(lookup->mutex);
-                lookup->error = error;
-                lookup->found = std::move(found);
-                lookup->finished = true;
-            }
-            const quint64 one = 1;
-            [[maybe_unused]] const ssize_t written = ::write(lookup->event, &one, sizeof one);
-        }).detach();
-    } catch (const std::system_error& e) {
-        return {OpenResult::OtherError, 0, QString::fromLocal8Bit(e.what())};
-    }
-    for (;;) {
-        {
-            const std::lock_guard<std::mutex> lock(lookup->mutex);
-            if (lookup->finished)
-                break;
-        }
-        const Wait wait = pause();
-        if (wait == Aborted)
-            return {OpenResult::Aborted, 0, QString()};
-        if (wait == TimedOut)
-            return {OpenResult::TimedOut, 0, QString()};
-    }
-    if (lookup->error != 0)
-        return {NameNotFound(lookup->error) ? OpenResult::HostNotFound : OpenResult::OtherError, 0,
-                QString::fromLocal8Bit(::gai_strerror(lookup->error))};
-    for (const auto& [storage, length] : lookup->found)
-        addresses.push_back({storage, length});
-    if (addresses.empty())
-        return {OpenResult::HostNotFound, 0, QString()};
-    return {};
+    return WithWaker(this, &PopConnection::wake, lookup->event, QSocketNotifier::Read,
+                     [&](QSocketNotifier& done) -> OpenResult {
+                         try {
+                             std::thread([lookup, name, port] {
+                                 addrinfo* found = nullptr;
+                                 const int error = Resolve(name, port, AI_ADDRCONFIG, &found);
+                                 {
+                                     const std::lock_guard<std::mutex> lock(lookup->mutex);
+                                     lookup->error = error;
+                                     lookup->found = error == 0 ? found : nullptr;
+                                     lookup->finished = true;
+                                 }
+                                 const quint64 one = 1;
+                                 [[maybe_unused]] const ssize_t written =
+                                     ::write(lookup->event, &one, sizeof one);
+                             }).detach();
+                         } catch (const std::system_error& e) {
+                             return {OpenResult::OtherError, 0, QString::fromLocal8Bit(e.what())};
+                         }
+                         for (;;) {
+                             {
+                                 const std::lock_guard<std::mutex> lock(lookup->mutex);
+                                 if (lookup->finished)
+                                     break;
+                             }
+                             const Wait wait = pause(int(deadline.remainingTime()));
+                             if (wait == Aborted)
+                                 return {OpenResult::Aborted, 0, QString()};
+                             if (wait == TimedOut || deadline.hasExpired())
+                                 return {OpenResult::TimedOut, 0, QString()};
+                             done.setEnabled(true);
+                         }
+                         // Whatever the resolver's reason, the name led nowhere.
+                         if (lookup->error != 0)
+                             return {OpenResult::HostNotFound, 0,
+                                     QString::fromLocal8Bit(::gai_strerror(lookup->error))};
+                         take(lookup->found);
+                         if (addresses.empty())
+                             return {OpenResult::HostNotFound, 0, QString()};
+                         return {};
+                     });
+}
+
+PopConnection::Wait PopConnection::connectWait(int socket, int ms) {
+    return WithWaker(this, &PopConnection::wake, socket, QSocketNotifier::Write,
+                     [&](QSocketNotifier& ready) {
+                         const QDeadlineTimer until(ms);
+                         for (;;) {
+                             pollfd state{socket, POLLOUT, 0};
+                             if (::poll(&state, 1, 0) > 0)
+                                 return Data;
+                             const Wait wait = pause(int(until.remainingTime()));
+                             if (wait != Data)
+                                 return wait;
+                             if (until.hasExpired())
+                                 return TimedOut;
+                             ready.setEnabled(true);
+                         }
+                     });
 }
 
 PopConnection::OpenResult PopConnection::connectTo(const std::vector<Address>& addresses, bool tls,
-                                                   int& socket) {
-    int lastError = ECONNREFUSED;
+                                                   int& socket, const QDeadlineTimer& deadline) {
+    int telling = ECONNREFUSED;
+    bool tried = false;
     bool tlsReady = !tls;
-    for (const Address& address : addresses) {
+    for (size_t i = 0; i < addresses.size(); ++i) {
+        const Address& address = addresses[i];
+        int error = 0;
         const int fd =
             ::socket(address.storage.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
         if (fd < 0) {
-            lastError = errno;
-            continue;
-        }
-        const auto* where = reinterpret_cast<const sockaddr*>(&address.storage);
-        if (::connect(fd, where, address.length) != 0 && errno != EINPROGRESS) {
-            lastError = errno;
-            ::close(fd);
-            continue;
-        }
-        // TLS is readied while the server accepts and readies its own side.
-        QString unavailable;
-        if (!tlsReady && !(tlsReady = SocketLine::prepareTls(unavailable))) {
-            ::close(fd);
-            return {OpenResult::TlsFailed, 0, unavailable};
-        }
-        QSocketNotifier ready(qintptr(fd), QSocketNotifier::Write);
-        connect(&ready, &QSocketNotifier::activated, this, &PopConnection::wake);
-        for (;;) {
-            pollfd state{fd, POLLOUT, 0};
-            if (::poll(&state, 1, 0) > 0)
-                break;
-            const Wait wait = pause();
-            if (wait == Data)
-                continue;
-            ::close(fd);
-            return {wait == Aborted ? OpenResult::Aborted : OpenResult::TimedOut, 0, QString()};
-        }
-        int error = 0;
-        socklen_t size = sizeof error;
-        if (::getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) != 0)
             error = errno;
-        if (error == 0) {
-            socket = fd;
-            return {};
+        } else if (::connect(fd, reinterpret_cast<const sockaddr*>(&address.storage),
+                             address.length) != 0 &&
+                   errno != EINPROGRESS) {
+            error = errno;
+        } else {
+            // TLS is readied while the server accepts and readies its own
+            // side.
+            QString unavailable;
+            if (!tlsReady && !(tlsReady = SocketLine::prepareTls(unavailable))) {
+                ::close(fd);
+                return {OpenResult::TlsFailed, 0, unavailable};
+            }
+            // An address that never answers leaves the others their share
+            // of the time, so a dead route does not hide a working one.
+            const qint64 left = deadline.remainingTime();
+            const qint64 share =
+                qMin(left, qMax(left / qint64(addresses.size() - i), qint64(2000)));
+            const Wait wait = connectWait(fd, int(share));
+            if (wait == Aborted) {
+                ::close(fd);
+                return {OpenResult::Aborted, 0, QString()};
+            }
+            socklen_t size = sizeof error;
+            if (wait == TimedOut)
+                error = ETIMEDOUT;
+            else if (::getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) != 0)
+                error = errno;
+            if (error == 0) {
+                socket = fd;
+                return {};
+            }
         }
-        lastError = error;
-        ::close(fd);
+        if (fd >= 0)
+            ::close(fd);
+        if (!tried || Weight(error) > Weight(telling))
+            telling = error;
+        tried = true;
+        if (deadline.hasExpired())
+            break;
     }
-    switch (lastError) {
+    switch (telling) {
     case ECONNREFUSED:
-        return {OpenResult::Refused, 0, qt_error_string(lastError)};
+        return {OpenResult::Refused, 0, qt_error_string(telling)};
     case ETIMEDOUT:
-        return {OpenResult::TimedOut, 0, qt_error_string(lastError)};
+        return {OpenResult::TimedOut, 0, qt_error_string(telling)};
     case ECONNRESET:
-        return {OpenResult::Reset, 0, qt_error_string(lastError)};
+        return {OpenResult::Reset, 0, qt_error_string(telling)};
     default:
-        return {OpenResult::OtherError, 0, qt_error_string(lastError)};
+        return {OpenResult::OtherError, 0, qt_error_string(telling)};
     }
 }
 
@@ -203,16 +252,21 @@ PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port,
     silence->setInterval(timeoutMs);
     connect(silence, &QTimer::timeout, this, &PopConnection::wake);
 
+    // Blanks pasted around a host name would otherwise go into the name
+    // the certificate is checked against.
+    const QString server = host.trimmed();
+    const QDeadlineTimer deadline(timeoutMs);
     std::vector<Address> addresses;
-    OpenResult result = lookUp(host, port, addresses);
+    OpenResult result = lookUp(server, port, addresses, deadline);
     if (result.kind != OpenResult::Open)
         return result;
     int socket = -1;
-    result = connectTo(addresses, tls, socket);
+    result = connectTo(addresses, tls, socket, deadline);
     if (result.kind != OpenResult::Open)
         return result;
 
-    line = new SocketLine(socket, tls ? std::optional<QString>(host) : std::nullopt, reader, this);
+    line =
+        new SocketLine(socket, tls ? std::optional<QString>(server) : std::nullopt, reader, this);
     connect(line, &SocketLine::changed, this, &PopConnection::wake);
     Wait wait = Data;
     if (line->state() == SocketLine::Handshaking)
@@ -263,13 +317,15 @@ bool PopConnection::alive() const {
     return line && (line->state() == SocketLine::Handshaking || line->state() == SocketLine::Open);
 }
 
-PopConnection::Wait PopConnection::pause() {
+PopConnection::Wait PopConnection::pause(int ms) {
+    if (ms == 0)
+        return aborted ? Aborted : TimedOut;
     QEventLoop events;
     QEventLoop* outer = loop;
     const bool outerWoken = wakeRequested;
     wakeRequested = false;
     loop = &events;
-    silence->start();
+    silence->start(ms < 0 ? timeoutMs : ms);
     events.exec();
     loop = outer;
     wakeRequested = outerWoken;

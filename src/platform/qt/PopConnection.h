@@ -2,10 +2,9 @@
 
 #include "platform/qt/PopReader.h"
 
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QString>
-
-#include <sys/socket.h>
 
 #include <vector>
 
@@ -52,7 +51,7 @@ public:
     Wait waitForData();
     // Ends the connection at once; a wait in progress returns Aborted.
     void abort();
-    // Ends the connection after sending what is queued.
+    // Ends the connection after sending what the socket takes of the queue.
     void close();
     bool isOpen() const;
     bool wasAborted() const { return aborted; }
@@ -61,17 +60,20 @@ public:
     PopReader reader;
 
 private:
-    struct Address {
-        sockaddr_storage storage;
-        socklen_t length;
-    };
+    struct Address;
 
-    OpenResult lookUp(const QString& host, quint16 port, std::vector<Address>& addresses);
+    // Lookup and connection share one time-out.
+    OpenResult lookUp(const QString& host, quint16 port, std::vector<Address>& addresses,
+                      const QDeadlineTimer& deadline);
     // A connected socket to the first address that takes the connection.
-    OpenResult connectTo(const std::vector<Address>& addresses, bool tls, int& socket);
+    OpenResult connectTo(const std::vector<Address>& addresses, bool tls, int& socket,
+                         const QDeadlineTimer& deadline);
+    // Waits for a connection under way to succeed or fail.
+    Wait connectWait(int socket, int ms);
     OpenResult tlsFailure(Wait wait) const;
-    // Runs the event loop until something wakes it or the time-out passes.
-    Wait pause();
+    // Runs the event loop until something wakes it or `ms` (by default the
+    // time-out) pass.
+    Wait pause(int ms = -1);
     Wait runLoop();
     // Moves what arrived into the reader; true when anything did.
     bool pull();

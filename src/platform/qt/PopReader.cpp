@@ -1,7 +1,5 @@
 #include "platform/qt/PopReader.h"
 
-#include <QIODevice>
-
 #include <cstring>
 
 namespace velmora {
@@ -9,13 +7,6 @@ namespace velmora {
 void PopReader::append(const QByteArray& data) {
     compact();
     buf.append(data);
-}
-
-void PopReader::appendFrom(QIODevice& device) {
-    const qint64 available = device.bytesAvailable();
-    if (available <= 0)
-        return;
-    grew(qMax<qint64>(device.read(room(qsizetype(available)), available), 0));
 }
 
 char* PopReader::room(qsizetype most) {

@@ -2,8 +2,6 @@
 
 #include <QByteArray>
 
-class QIODevice;
-
 namespace velmora {
 
 // Cuts what a POP3 server sends into status lines and multi-line blocks.
@@ -19,8 +17,6 @@ public:
     static constexpr qsizetype MaxStatusLine = 64 * 1024;
 
     void append(const QByteArray& data);
-    // Reads all that the device holds straight into the buffer.
-    void appendFrom(QIODevice& device);
     // Room for up to `most` bytes at the end, to be filled in place and then
     // cut to what came with grew().
     char* room(qsizetype most);

@@ -6,8 +6,8 @@
 #include <QSocketNotifier>
 #include <QUrl>
 
-#include <arpa/inet.h>
 #include <fcntl.h>
+#include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
@@ -62,6 +62,8 @@ constexpr const char* CertificateTexts[] = {
     "certificate",
     "The peer did not present any certificate",
     "The host name did not match any of the valid hosts for this certificate"};
+// 13 has no words of its own: a revoked certificate was always reported so.
+static_assert(std::size(CertificateTexts) == HostNameMismatch + 1);
 
 // OpenSSL's verification results for the numbers 1 to 18, in order.
 constexpr long ChainResults[] = {X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT,
@@ -82,32 +84,22 @@ constexpr long ChainResults[] = {X509_V_ERR_UNABLE_TO_GET_ISSUER_CERT,
                                  X509_V_ERR_INVALID_PURPOSE,
                                  X509_V_ERR_CERT_UNTRUSTED,
                                  X509_V_ERR_CERT_REJECTED};
-
-int CertificateError(long x509Error) {
-    if (x509Error == X509_V_ERR_HOSTNAME_MISMATCH || x509Error == X509_V_ERR_IP_ADDRESS_MISMATCH)
-        return HostNameMismatch;
-    for (int i = 0; i < int(std::size(ChainResults)); ++i)
-        if (ChainResults[i] == x509Error)
-            return i + 1;
-    return UnknownCertificateError;
-}
-
-QString CertificateText(int code) {
-    return QString::fromLatin1(code >= 0 && code < int(std::size(CertificateTexts))
-                                   ? CertificateTexts[code]
-                                   : "Unknown error");
-}
+static_assert(std::size(ChainResults) == 18);
 
 // The host as the certificate checks want it: an address as its canonical
 // text without a zone, or a name in ASCII without a final dot.
 std::pair<QByteArray, bool> HostForChecks(const QString& host) {
-    const QByteArray bare = host.section(QLatin1Char('%'), 0, 0).toLatin1();
-    unsigned char binary[sizeof(in6_addr)];
-    char text[INET6_ADDRSTRLEN] = {};
-    for (const int family : {AF_INET, AF_INET6}) {
-        if (inet_pton(family, bare.constData(), binary) == 1 &&
-            inet_ntop(family, binary, text, sizeof text))
-            return {QByteArray(text), true};
+    // Read as the connection read it, so that "127.1" is an address here too.
+    addrinfo hints{};
+    hints.ai_flags = AI_NUMERICHOST;
+    addrinfo* numeric = nullptr;
+    if (::getaddrinfo(host.toLatin1().constData(), nullptr, &hints, &numeric) == 0) {
+        char text[NI_MAXHOST] = {};
+        const int error = ::getnameinfo(numeric->ai_addr, numeric->ai_addrlen, text, sizeof text,
+                                        nullptr, 0, NI_NUMERICHOST);
+        ::freeaddrinfo(numeric);
+        if (error == 0)
+            return {QByteArray(text).split('%').first(), true};
     }
     QByteArray name = QUrl::toAce(host);
     if (name.endsWith('.'))
@@ -168,6 +160,21 @@ SSL_CTX* Context(const OpenSslLibrary& lib, int (*verify)(int, X509_STORE_CTX*),
 
 } // namespace
 
+int CertificateError(long x509Error) {
+    if (x509Error == X509_V_ERR_HOSTNAME_MISMATCH || x509Error == X509_V_ERR_IP_ADDRESS_MISMATCH)
+        return HostNameMismatch;
+    for (int i = 0; i < int(std::size(ChainResults)); ++i)
+        if (ChainResults[i] == x509Error)
+            return i + 1;
+    return UnknownCertificateError;
+}
+
+QString CertificateText(int code) {
+    return QString::fromLatin1(code >= 0 && code < int(std::size(CertificateTexts))
+                                   ? CertificateTexts[code]
+                                   : "Unknown error");
+}
+
 bool SocketLine::prepareTls(QString& problem) {
     // OpenSSL writes to the socket itself, and a write after the server has
     // hung up (the close_notify after QUIT, say) must fail, not end the
@@ -211,8 +218,11 @@ SocketLine::SocketLine(int descriptor, const std::optional<QString>& tlsHost, Po
             return;
         }
         // A TLS read may have been waiting for the socket to take a write.
+        // Read first, so that a failed write still leaves the server's last
+        // words read.
+        const bool got = pull();
         flush();
-        if (pull())
+        if (got)
             Q_EMIT changed();
     });
     if (tlsHost)
@@ -346,6 +356,10 @@ bool SocketLine::pull() {
             break;
         }
         got += n;
+        // A plain read that came short took all there was; the next would
+        // only say so.
+        if (!ssl && n < chunk)
+            break;
     }
     arrived = arrived || got > 0;
     return got > 0;

@@ -17,6 +17,11 @@ namespace velmora {
 class PopReader;
 struct OpenSslLibrary;
 
+// The certificate error number the program reports for one of OpenSSL's
+// verification results, and the words for a number.
+int CertificateError(long x509Error);
+QString CertificateText(int code);
+
 // A connected, non-blocking socket, read straight into the reader and
 // written from a queue. Over TLS, OpenSSL works on the socket itself: each
 // byte is decrypted once, and the trust store is looked up in the system's
@@ -51,7 +56,8 @@ public:
     // with flush(), so that pipelined commands share them.
     void write(const QByteArray& data);
     void flush();
-    // Ends the line politely; abort() just drops the socket.
+    // Ends the line politely, after what the socket takes of the queue at
+    // once; abort() just drops the socket.
     void close();
     void abort();
     QString peerSubject() const;
