@@ -2,11 +2,15 @@
 #include "checking/PopSession.h"
 #include "platform/PopErrors.h"
 #include "platform/qt/QtPopClient.h"
+#include "platform/qt/SocketLine.h"
 #include "support/ScriptedPopServer.h"
 #include "support/TestCertificate.h"
 #include "support/TestRig.h"
 
+#include <QSslError>
 #include <QtTest>
+
+#include <openssl/x509_vfy.h>
 
 using namespace velmora;
 using Stage = ScriptedPopServer::Stage;
@@ -27,6 +31,7 @@ private Q_SLOTS:
     void progressMovesWithinOneMessageAndStopEndsTheFetch();
     void deletionsGoOnlyWithAConfirmedQuit_data();
     void deletionsGoOnlyWithAConfirmedQuit();
+    void certificateErrorsKeepTheirNumbersAndWords();
 
 private:
     struct Events : PopNotify {
@@ -339,6 +344,17 @@ void PopClientTest::deletionsGoOnlyWithAConfirmedQuit() {
     QTRY_COMPARE(server.messages().size(), left);
     if (left == 2)
         QCOMPARE(server.messages()[1].uid, QByteArray("uid-4"));
+}
+
+// Users and the support address have long known these numbers and words.
+void PopClientTest::certificateErrorsKeepTheirNumbersAndWords() {
+    for (int n = QSslError::UnspecifiedError; n <= QSslError::HostNameMismatch; ++n)
+        QCOMPARE(CertificateText(n), QSslError(QSslError::SslError(n)).errorString());
+    QCOMPARE(CertificateError(X509_V_ERR_CERT_NOT_YET_VALID),
+             int(QSslError::CertificateNotYetValid));
+    QCOMPARE(CertificateError(X509_V_ERR_CERT_HAS_EXPIRED), int(QSslError::CertificateExpired));
+    QCOMPARE(CertificateError(X509_V_ERR_IP_ADDRESS_MISMATCH), int(QSslError::HostNameMismatch));
+    QCOMPARE(CertificateError(X509_V_ERR_OUT_OF_MEM), int(QSslError::UnspecifiedError));
 }
 
 QTEST_GUILESS_MAIN(PopClientTest)
