@@ -14,6 +14,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -61,18 +62,32 @@ int Resolve(const QByteArray& name, quint16 port, int flags, addrinfo** found) {
     return ::getaddrinfo(name.constData(), QByteArray::number(port).constData(), &hints, found);
 }
 
-// Runs `wait` with a notifier on `descriptor` that wakes it once: a
-// notifier left on would fire in every turn of any loop nested in a
-// handler, spinning the processor.
-template <class Wait>
-auto WithWaker(PopConnection* waiter, void (PopConnection::*wake)(), int descriptor,
-               QSocketNotifier::Type type, Wait wait) {
-    QSocketNotifier notifier(qintptr(descriptor), type);
-    QObject::connect(&notifier, &QSocketNotifier::activated, waiter, [&notifier, waiter, wake] {
-        notifier.setEnabled(false);
-        (waiter->*wake)();
-    });
-    return wait(notifier);
+// Starts the lookup of `name`; null, with the reason, when no thread or
+// descriptor can be had.
+std::shared_ptr<Lookup> StartLookup(const QByteArray& name, quint16 port, QString& problem) {
+    auto lookup = std::make_shared<Lookup>();
+    if (lookup->event < 0) {
+        problem = qt_error_string(errno);
+        return nullptr;
+    }
+    try {
+        std::thread([lookup, name, port] {
+            addrinfo* found = nullptr;
+            const int error = Resolve(name, port, AI_ADDRCONFIG, &found);
+            {
+                const std::lock_guard<std::mutex> lock(lookup->mutex);
+                lookup->error = error;
+                lookup->found = error == 0 ? found : nullptr;
+                lookup->finished = true;
+            }
+            const quint64 one = 1;
+            [[maybe_unused]] const ssize_t written = ::write(lookup->event, &one, sizeof one);
+        }).detach();
+    } catch (const std::system_error& e) {
+        problem = QString::fromLocal8Bit(e.what());
+        return nullptr;
+    }
+    return lookup;
 }
 
 // How telling a failure to connect is, of several addresses tried.
@@ -116,74 +131,51 @@ PopConnection::OpenResult PopConnection::lookUp(const QString& host, quint16 por
     const QByteArray name = QUrl::toAce(host);
     if (name.isEmpty())
         return {OpenResult::HostNotFound, 0, QString()};
-    auto lookup = std::make_shared<Lookup>();
-    if (lookup->event < 0)
-        return {OpenResult::OtherError, 0, qt_error_string(errno)};
-    return WithWaker(this, &PopConnection::wake, lookup->event, QSocketNotifier::Read,
-                     [&](QSocketNotifier& done) -> OpenResult {
-                         try {
-                             std::thread([lookup, name, port] {
-                                 addrinfo* found = nullptr;
-                                 const int error = Resolve(name, port, AI_ADDRCONFIG, &found);
-                                 {
-                                     const std::lock_guard<std::mutex> lock(lookup->mutex);
-                                     lookup->error = error;
-                                     lookup->found = error == 0 ? found : nullptr;
-                                     lookup->finished = true;
-                                 }
-                                 const quint64 one = 1;
-                                 [[maybe_unused]] const ssize_t written =
-                                     ::write(lookup->event, &one, sizeof one);
-                             }).detach();
-                         } catch (const std::system_error& e) {
-                             return {OpenResult::OtherError, 0, QString::fromLocal8Bit(e.what())};
-                         }
-                         for (;;) {
-                             {
-                                 const std::lock_guard<std::mutex> lock(lookup->mutex);
-                                 if (lookup->finished)
-                                     break;
-                             }
-                             const Wait wait = pause(int(deadline.remainingTime()));
-                             if (wait == Aborted)
-                                 return {OpenResult::Aborted, 0, QString()};
-                             if (wait == TimedOut || deadline.hasExpired())
-                                 return {OpenResult::TimedOut, 0, QString()};
-                             done.setEnabled(true);
-                         }
-                         // Whatever the resolver's reason, the name led nowhere.
-                         if (lookup->error != 0)
-                             return {OpenResult::HostNotFound, 0,
-                                     QString::fromLocal8Bit(::gai_strerror(lookup->error))};
-                         take(lookup->found);
-                         if (addresses.empty())
-                             return {OpenResult::HostNotFound, 0, QString()};
-                         return {};
-                     });
+    QString problem;
+    const std::shared_ptr<Lookup> lookup = StartLookup(name, port, problem);
+    if (!lookup)
+        return {OpenResult::OtherError, 0, problem};
+    const auto finished = [&lookup] {
+        const std::lock_guard<std::mutex> lock(lookup->mutex);
+        return lookup->finished;
+    };
+    const Wait wait = waitFor(lookup->event, QSocketNotifier::Read, deadline, finished);
+    if (wait != Data)
+        return {wait == Aborted ? OpenResult::Aborted : OpenResult::TimedOut, 0, QString()};
+    // Whatever the resolver's reason, the name led nowhere.
+    if (lookup->error != 0)
+        return {OpenResult::HostNotFound, 0, QString::fromLocal8Bit(::gai_strerror(lookup->error))};
+    take(lookup->found);
+    if (addresses.empty())
+        return {OpenResult::HostNotFound, 0, QString()};
+    return {};
 }
 
-PopConnection::Wait PopConnection::connectWait(int socket, int ms) {
-    return WithWaker(this, &PopConnection::wake, socket, QSocketNotifier::Write,
-                     [&](QSocketNotifier& ready) {
-                         const QDeadlineTimer until(ms);
-                         for (;;) {
-                             pollfd state{socket, POLLOUT, 0};
-                             if (::poll(&state, 1, 0) > 0)
-                                 return Data;
-                             const Wait wait = pause(int(until.remainingTime()));
-                             if (wait != Data)
-                                 return wait;
-                             if (until.hasExpired())
-                                 return TimedOut;
-                             ready.setEnabled(true);
-                         }
-                     });
+// The notifier wakes the wait once and is turned on again for each further
+// pause: left on, it would fire in every turn of any loop nested in a
+// handler, spinning the processor.
+PopConnection::Wait PopConnection::waitFor(int descriptor, QSocketNotifier::Type type,
+                                           const QDeadlineTimer& until,
+                                           const std::function<bool()>& done) {
+    QSocketNotifier notifier(qintptr(descriptor), type);
+    connect(&notifier, &QSocketNotifier::activated, this, [this, &notifier] {
+        notifier.setEnabled(false);
+        wake();
+    });
+    while (!done()) {
+        const Wait wait = pause(int(until.remainingTime()));
+        if (wait != Data)
+            return wait;
+        if (until.hasExpired())
+            return TimedOut;
+        notifier.setEnabled(true);
+    }
+    return Data;
 }
 
 PopConnection::OpenResult PopConnection::connectTo(const std::vector<Address>& addresses, bool tls,
                                                    int& socket, const QDeadlineTimer& deadline) {
-    int telling = ECONNREFUSED;
-    bool tried = false;
+    int telling = 0; // the most telling failure so far
     bool tlsReady = !tls;
     for (size_t i = 0; i < addresses.size(); ++i) {
         const Address& address = addresses[i];
@@ -209,7 +201,10 @@ PopConnection::OpenResult PopConnection::connectTo(const std::vector<Address>& a
             const qint64 left = deadline.remainingTime();
             const qint64 share =
                 qMin(left, qMax(left / qint64(addresses.size() - i), qint64(2000)));
-            const Wait wait = connectWait(fd, int(share));
+            const Wait wait = waitFor(fd, QSocketNotifier::Write, QDeadlineTimer(share), [fd] {
+                pollfd state{fd, POLLOUT, 0};
+                return ::poll(&state, 1, 0) > 0;
+            });
             if (wait == Aborted) {
                 ::close(fd);
                 return {OpenResult::Aborted, 0, QString()};
@@ -226,9 +221,8 @@ PopConnection::OpenResult PopConnection::connectTo(const std::vector<Address>& a
         }
         if (fd >= 0)
             ::close(fd);
-        if (!tried || Weight(error) > Weight(telling))
+        if (telling == 0 || Weight(error) > Weight(telling))
             telling = error;
-        tried = true;
         if (deadline.hasExpired())
             break;
     }

@@ -4,8 +4,10 @@
 
 #include <QDeadlineTimer>
 #include <QObject>
+#include <QSocketNotifier>
 #include <QString>
 
+#include <functional>
 #include <vector>
 
 class QEventLoop;
@@ -68,8 +70,10 @@ private:
     // A connected socket to the first address that takes the connection.
     OpenResult connectTo(const std::vector<Address>& addresses, bool tls, int& socket,
                          const QDeadlineTimer& deadline);
-    // Waits for a connection under way to succeed or fail.
-    Wait connectWait(int socket, int ms);
+    // Runs the event loop until `done` holds, woken when `descriptor` is
+    // ready; gives up at `until`.
+    Wait waitFor(int descriptor, QSocketNotifier::Type type, const QDeadlineTimer& until,
+                 const std::function<bool()>& done);
     OpenResult tlsFailure(Wait wait) const;
     // Runs the event loop until something wakes it or `ms` (by default the
     // time-out) pass.
