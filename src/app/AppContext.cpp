@@ -3,7 +3,14 @@
 #include "app/TimeFormat.h"
 #include "platform/Clock.h"
 
+#include <stdexcept>
+
 namespace velmora {
+
+AppContext::AppContext(const Services& services) : svc(services) {
+    if (*svc.missing())
+        throw std::invalid_argument(std::string("no platform service: ") + svc.missing());
+}
 
 QDateTime AppContext::now() const {
     return svc.clock->now();

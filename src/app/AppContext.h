@@ -23,7 +23,8 @@ class MainView;
 // program-wide flags and texts, the main form's timers, and the platform it
 // runs on. Each run (and each test) makes its own.
 struct AppContext {
-    explicit AppContext(const Services& services) : svc(services) {}
+    // Refuses a set of services with a gap, so no caller ever tests for one.
+    explicit AppContext(const Services& services);
 
     Services svc;
     // The controls of frmMain; a StateView where no window is shown.
@@ -66,6 +67,9 @@ struct AppContext {
     bool StopRequested = false;
     bool PopConnected = false;
     bool TestInProgress = false;
+    // A check, connection test or deletion holds the interface: the gate
+    // lets only a few user events through.
+    bool InterfaceHeld = false;
     bool NoCheckPostponed = false;
     bool StartUpDone = false;
     bool StartUpPaused = false;

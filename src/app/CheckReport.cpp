@@ -83,6 +83,8 @@ private:
     bool fresh = true;
 };
 
+} // namespace
+
 QString IconName(BoxIcon icon) {
     return icon == BoxIcon::Critical      ? QStringLiteral("critical")
            : icon == BoxIcon::Information ? QStringLiteral("information")
@@ -94,6 +96,15 @@ QString ButtonsName(BoxButtons buttons) {
            : buttons == BoxButtons::YesNoCancel ? QStringLiteral("yesnocancel")
                                                 : QStringLiteral("ok");
 }
+
+QString AnswerName(BoxAnswer answer) {
+    return answer == BoxAnswer::Yes      ? QStringLiteral("Yes")
+           : answer == BoxAnswer::No     ? QStringLiteral("No")
+           : answer == BoxAnswer::Cancel ? QStringLiteral("Cancel")
+                                         : QStringLiteral("OK");
+}
+
+namespace {
 
 void Dialogs(Json& j, const QList<RecordedBoxes::Box>& dialogs) {
     j.open('[');
@@ -163,7 +174,7 @@ void AccountJson(Json& j, const AppContext& ctx, int n) {
     j.key("AcntHasNew");
     j.value(a.AcntHasNew);
     j.key("tabImage");
-    j.value(ctx.view->tabImage(TabStrip::Email, n));
+    j.value(ctx.view->tabs(TabStrip::Email).image(n));
     j.key("messages");
     j.open('[');
     for (int i = 1; i <= a.AcntMsgCount; ++i)

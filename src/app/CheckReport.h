@@ -25,4 +25,9 @@ QString PassSummary(const AppContext& ctx, int pass, const QList<RecordedBoxes::
 QString DialogsJson(const QList<RecordedBoxes::Box>& dialogs);
 QString DialogsSummary(const QList<RecordedBoxes::Box>& dialogs);
 
+// The words the reports use for a box's icon, buttons and answer.
+QString IconName(BoxIcon icon);
+QString ButtonsName(BoxButtons buttons);
+QString AnswerName(BoxAnswer answer);
+
 } // namespace velmora

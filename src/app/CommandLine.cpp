@@ -2,13 +2,16 @@
 
 #include "app/AppContext.h"
 #include "app/CheckReport.h"
+#include "app/Main.h"
+#include "app/UiScript.h"
 #include "app/frmMain.h"
+#include "app/frmMainEvents.h"
 #include "checking/CheckCycle.h"
 #include "checking/PopSession.h"
 #include "messages/MessageList.h"
+#include "platform/Headless.h"
 #include "platform/MainView.h"
-#include "platform/RecordedBoxes.h"
-#include "platform/RecordedSounds.h"
+#include "platform/StateView.h"
 
 #include <QEventLoop>
 #include <QTextStream>
@@ -28,7 +31,9 @@ const char* const kUsage =
     "  check [--json] [--auto] [--account N] [--repeat K] [--pause MS]\n"
     "                           check all enabled accounts (or account N alone),\n"
     "                           K times with MS milliseconds between passes;\n"
-    "                           --auto walks as the Auto Check timer does\n";
+    "                           --auto walks as the Auto Check timer does\n"
+    "  ui SCRIPT|- [--trace]    run a script of user actions against the window\n"
+    "                           without a screen and print what it showed as JSON\n";
 
 struct Usage {
     QString problem;
@@ -122,7 +127,7 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
         AccountNumber(ctx, QString::number(single));
     Prepare(ctx);
     if (single > 0) {
-        ctx.view->selectTab(TabStrip::Email, single);
+        ctx.view->tabs(TabStrip::Email).select(single);
         ctx.accounts.AcntCurrent = single;
     }
     for (int pass = 1; pass <= repeat; ++pass) {
@@ -149,10 +154,24 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
     return 0;
 }
 
+int Ui(AppContext& ctx, StateView& view, Headless& headless, QStringList args, QTextStream& out,
+       QTextStream& err) {
+    const bool trace = Flag(args, "--trace");
+    if (args.size() != 1)
+        throw Usage{QStringLiteral("ui takes one script file, or - for standard input")};
+    // Time moves only by the script's ticks.
+    ctx.svc.timers = &headless.timers;
+    frmMainEvents events(ctx);
+    Main(ctx);
+    return RunUiScript({ctx, view, headless, events}, args.first(), trace, out, err);
+}
+
 } // namespace
 
-int RunCommandLine(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds,
+int RunCommandLine(AppContext& ctx, StateView& view, Headless& headless,
                    const QStringList& arguments, QTextStream& out, QTextStream& err) {
+    RecordedBoxes& boxes = headless.boxes;
+    RecordedSounds& sounds = headless.sounds;
     try {
         if (arguments.isEmpty())
             throw Usage{};
@@ -164,6 +183,8 @@ int RunCommandLine(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds
             return Test(ctx, boxes, rest, out);
         if (command == QLatin1String("check"))
             return Check(ctx, boxes, sounds, rest, out);
+        if (command == QLatin1String("ui"))
+            return Ui(ctx, view, headless, rest, out, err);
         throw Usage{QStringLiteral("unknown command '%1'").arg(command)};
     } catch (const Usage& usage) {
         if (!usage.problem.isEmpty())

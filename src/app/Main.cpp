@@ -35,7 +35,7 @@ bool Main(AppContext& ctx) {
     NextAutoCheck(ctx, extra);
 
     SetAutoCheckTimers(ctx);
-    v.setPanelText(4, ctx.NextCheckText);
+    v.status().setPanelText(4, ctx.NextCheckText);
 
     if (ctx.options.MinimizeStartUp == 1)
         v.setWindowState(WindowState::Minimized);

@@ -4,75 +4,13 @@
 #include "app/frmMain.h"
 #include "checking/CheckCycle.h"
 #include "checking/Schedule.h"
+#include "platform/Controls.h"
 #include "platform/MainView.h"
 #include "platform/Shell.h"
 
 #include <QHash>
 
 namespace velmora {
-
-const QVector<MainButton>& MainButtonTable() {
-    static const QVector<MainButton> table = {
-        {"Email", "Email        ", "Email Messages"},
-        {"Accounts", "Accounts  ", "Account Information"},
-        {"Rules", "Rules       ", "View Rules"},
-        {"Options", "Options    ", "Select Options"},
-        {"Quit", "Quit          ", "Quit Velmora"},
-        {"Size", "Size         ", "Restore Original Size"},
-    };
-    return table;
-}
-
-const QVector<PageButton>& PageButtonTable() {
-    static const QVector<PageButton> table = {
-        {0, 0, "Help", "Help     ", "Help With Email", "Help"},
-        {1, 0, "StopRetrieval", "Stop Retrieval      ", "Stop Retrieving Messages", "Stop"},
-        {2, 0, "Close", "Close         ", "Close Velmora to System Tray", "Close"},
-        {3, 0, "CheckAll", "Check All          ", "Check All Accounts for Messages", "CheckAll"},
-        {4, 0, "StartEmailClient", "Start Email Client     ", "Start Email Client Application",
-         "Folder"},
-        {5, 1, "Help", "Help     ", "Help With Accounts", "Help"},
-        {6, 1, "SaveAccount", "Save Account   ", "Save this Account Information", "Save"},
-        {7, 1, "Cancel", "Cancel       ", "Cancel changes to this Account", "Cancel"},
-        {8, 2, "Help", "Help     ", "Help With Rules", "Help"},
-        {9, 2, "SaveRules", "Save Rules       ", "Save Rule Information", "Save"},
-        {10, 2, "Cancel", "Cancel       ", "Cancel changes to Rules", "Cancel"},
-        {11, 3, "Help", "Help     ", "Help With Options", "Help"},
-        {12, 3, "SaveOptions", "Save Options    ", "Save changes to Options", "Save"},
-        {13, 3, "Cancel", "Cancel       ", "Cancel changes made to Options", "Cancel"},
-        {14, 0, "PauseStartupCheck", "StartUp: Continue    ", "Pause the StartUp Check Timer",
-         "Pause"},
-    };
-    return table;
-}
-
-const QVector<ToolbarButton>& ToolbarButtonTable() {
-    static const QVector<ToolbarButton> table = {
-        {"tbrEmail", "EmailPreview", "Preview ", "Preview Selected Message"},
-        {"tbrEmail", "EmailDelete", "Delete   ", "Delete Selected Message from Server"},
-        {"tbrEmail", "EmailSpam", "Spam    ", "Delete All Spam Messages from Server"},
-        {"tbrEmail", "EmailReply", "Reply    ", "Reply to Sender using Email Client"},
-        {"tbrEmail", "EmailOpen", "Open    ", "Open Message in Email Client"},
-        {"tbrEmail", "EmailNew", "New      ", "New Message using Email Client"},
-        {"tbrEmail", "EmailCheck", "Check   ", "Check Account for Messages"},
-        {"tbrAcnts", "AcntAdd", "Add Account  ", "Add a New Account"},
-        {"tbrAcnts", "AcntDelete", "Delete Account  ", "Delete this Account"},
-        {"tbrAcnts", "AcntTest", "Test Account  ", "Test the Connection to this Account"},
-        {"tbrRules", "RulesAdd", "Add Rule                ", "Add a New Rule"},
-        {"tbrRules", "RulesDelete", "Delete Rule            ", "Delete Selected Selected Rule"},
-        {"tbrRules", "RulesImport", "Import Rules           ", "Import Rules from a Rules File"},
-        {"tbrRules", "RulesRename", "Rename Rules File  ", "Rename the Rules FileName"},
-    };
-    return table;
-}
-
-QString Element(const QString& array, int index) {
-    return QStringLiteral("%1(%2)").arg(array).arg(index);
-}
-
-QString Button(const QString& toolbar, const QString& key) {
-    return toolbar + QLatin1Char('/') + key;
-}
 
 namespace {
 
@@ -88,9 +26,9 @@ void SwitchTo(AppContext& ctx, int page) {
             v.setVisible(Element("fraMain", i), false);
     }
     if (page == 0 && ctx.accounts.AcntNum > 0)
-        v.selectTab(TabStrip::Email, ctx.accounts.AcntCurrent);
+        v.tabs(TabStrip::Email).select(ctx.accounts.AcntCurrent);
     if (page == 1 && ctx.accounts.AcntNum > 0)
-        v.selectTab(TabStrip::Accounts, ctx.accounts.AcntCurrent);
+        v.tabs(TabStrip::Accounts).select(ctx.accounts.AcntCurrent);
     v.setVisible(Element("fraMain", page), true);
     v.setCaption("lblBanner", ctx.PageBanners.value(page));
 }
@@ -221,8 +159,6 @@ void ShowNoAccountState(AppContext& ctx) {
 }
 
 void StartClientProgram(AppContext& ctx) {
-    if (!ctx.svc.shell)
-        return;
     if (ctx.DefaultClientValid) {
         ctx.svc.shell->Open(ctx.options.DefaultClient, QString(), ctx.options.RunSize);
         return;
@@ -235,8 +171,7 @@ void StartClientProgram(AppContext& ctx) {
 }
 
 void ShowHelp(AppContext& ctx, int context) {
-    if (ctx.svc.shell)
-        ctx.svc.shell->Open(ctx.HelpFile + QStringLiteral("#topic-%1").arg(context), QString(), 1);
+    ctx.svc.shell->Open(ctx.HelpFile + QStringLiteral("#topic-%1").arg(context), QString(), 1);
 }
 
 } // namespace velmora

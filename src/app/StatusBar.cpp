@@ -9,8 +9,8 @@ namespace velmora {
 
 void UpdateClockPanel(AppContext& ctx) {
     const QDateTime now = ctx.now();
-    ctx.view->setPanelText(5, ctx.format(now, "mmm d/yy") + QLatin1Char(' ') +
-                                  ctx.format(now, "h:mm AM/PM"));
+    ctx.view->status().setPanelText(5, ctx.format(now, "mmm d/yy") + QLatin1Char(' ') +
+                                           ctx.format(now, "h:mm AM/PM"));
 }
 
 namespace {
@@ -47,12 +47,12 @@ std::pair<int, QString> PanelTwo(const AppContext& ctx, const Account& a) {
 void RefreshAccountPanels(AppContext& ctx, int account) {
     const Account& a = ctx.accounts[account];
     MainView& v = *ctx.view;
-    v.setPanelText(1, a.AcntStatusText);
-    v.setPanelText(3, a.AcntLastCheckText);
-    v.setPanelText(4, ctx.NextCheckText);
+    v.status().setPanelText(1, a.AcntStatusText);
+    v.status().setPanelText(3, a.AcntLastCheckText);
+    v.status().setPanelText(4, ctx.NextCheckText);
     const auto [count, picture] = PanelTwo(ctx, a);
-    v.setPanelText(2, count < 0 ? QString() : QString::number(count));
-    v.setPanelPicture(2, picture);
+    v.status().setPanelText(2, count < 0 ? QString() : QString::number(count));
+    v.status().setPanelPicture(2, picture);
 }
 
 } // namespace velmora

@@ -14,6 +14,7 @@
 #include "options/MenuColours.h"
 #include "options/SaveOptions.h"
 #include "options/Setting.h"
+#include "platform/Controls.h"
 #include "platform/EventPump.h"
 #include "platform/Files.h"
 #include "platform/MainView.h"
@@ -40,18 +41,18 @@ const char* const kColumnWidthKeys[] = {"ColFromWidth", "ColToWidth", "ColSubjec
 // the widths of the last run.
 void SetColumnWidths(AppContext& ctx) {
     MainView& v = *ctx.view;
-    const int w = qint16(v.listWidth() / 4.5);
+    const int w = qint16(v.list().width() / 4.5);
     ctx.options.RestoreColWidth =
         setting::readInt(*ctx.svc.settings, setting::SectionOptions, "RestoreColWidth", 1);
     if (ctx.options.RestoreColWidth == 1) {
         for (int column = 1; column <= 4; ++column)
-            v.setListColumnWidth(column, w);
-        v.setListColumnWidth(5, qRound(w / 2.15));
+            v.list().setColumnWidth(column, w);
+        v.list().setColumnWidth(5, qRound(w / 2.15));
         return;
     }
     for (int column = 1; column <= 5; ++column)
-        v.setListColumnWidth(column, setting::readInt(*ctx.svc.settings, setting::SectionOptions,
-                                                      kColumnWidthKeys[column - 1], w));
+        v.list().setColumnWidth(column, setting::readInt(*ctx.svc.settings, setting::SectionOptions,
+                                                         kColumnWidthKeys[column - 1], w));
 }
 
 } // namespace
@@ -111,15 +112,15 @@ void Form_Load(AppContext& ctx) {
     CreatePopClient(ctx);
     ctx.FormLoading = true;
     ArrangeMainWindow(ctx);
-    v.trayAdd();
-    v.trayModify({TrayPlain}, ctx.AppTitle);
+    v.tray().add();
+    v.tray().modify({TrayPlain}, ctx.AppTitle);
 
     LoadStores(ctx);
 
     const AccountStore& acc = ctx.accounts;
     AddAccountTabs(ctx);
     if (acc.AcntNum == 0) {
-        v.setPanelText(1, "No Accounts have been created...");
+        v.status().setPanelText(1, "No Accounts have been created...");
         ShowNoAccountState(ctx);
     }
     UpdateClockPanel(ctx);
@@ -142,16 +143,16 @@ void Form_Load(AppContext& ctx) {
 void AddAccountTabs(AppContext& ctx) {
     MainView& v = *ctx.view;
     const AccountStore& acc = ctx.accounts;
-    v.clearTabs(TabStrip::Email);
-    v.clearTabs(TabStrip::Accounts);
+    v.tabs(TabStrip::Email).clear();
+    v.tabs(TabStrip::Accounts).clear();
     for (int n = 1; n <= acc.AcntNum; ++n) {
         const QString image = acc[n].AcntEnabled == 0 ? "MailNoDisabled" : "MailNo";
-        v.addTab(TabStrip::Email, acc[n].AcntName, image);
-        v.addTab(TabStrip::Accounts, acc[n].AcntName, image);
+        v.tabs(TabStrip::Email).addTab(acc[n].AcntName, image);
+        v.tabs(TabStrip::Accounts).addTab(acc[n].AcntName, image);
     }
     if (acc.AcntNum == 0) {
-        v.addTab(TabStrip::Email, QString(), "MailNo");
-        v.addTab(TabStrip::Accounts, QString(), "MailNo");
+        v.tabs(TabStrip::Email).addTab(QString(), "MailNo");
+        v.tabs(TabStrip::Accounts).addTab(QString(), "MailNo");
     }
 }
 
@@ -166,7 +167,7 @@ void Form_Resize(AppContext& ctx) {
     ctx.svc.events->DoEvents();
     v.hideWindow();
     if (ctx.options.UseInterval == 0)
-        v.trayModify({TrayAutoCheckOff}, "Auto Check is Off");
+        v.tray().modify({TrayAutoCheckOff}, "Auto Check is Off");
     UpdateTrayIcon(ctx);
 }
 
@@ -182,13 +183,13 @@ void Form_Unload(AppContext& ctx, bool& Cancel) {
     if (ctx.MenuHooked)
         ReleaseMenus(ctx);
     ReleasePopClient(ctx);
-    v.trayDelete();
+    v.tray().remove();
 
     SettingsStore& settings = *ctx.svc.settings;
     if (ctx.options.RestoreColWidth == 0) {
         for (int column = 1; column <= 5; ++column)
             setting::saveInt(settings, setting::SectionOptions, kColumnWidthKeys[column - 1],
-                             v.listColumnWidth(column));
+                             v.list().columnWidth(column));
     }
     setting::saveText(settings, setting::SectionOptions, "SortColumnLastUsed",
                       ctx.options.SortColumnLastUsed);
@@ -209,7 +210,7 @@ void MinimizeToTray(AppContext& ctx) {
 
 void mnuTrayShow_Click(AppContext& ctx) {
     MainView& v = *ctx.view;
-    v.trayModify({TrayPlain}, ctx.AppTitle);
+    v.tray().modify({TrayPlain}, ctx.AppTitle);
     v.setWindowState(WindowState::Normal);
     v.showWindow();
     ShowSecondaryWindows(ctx);
@@ -221,6 +222,18 @@ void mnuTrayQuitApplication_Click(AppContext& ctx) {
     Form_Unload(ctx, cancel);
     if (!cancel)
         ctx.view->unloadWindow();
+}
+
+void mnuTrayAutoCheck_Click(AppContext& ctx) {
+    Options working = ctx.options;
+    if (working.UseInterval == 1) {
+        working.UseInterval = 0;
+        ctx.view->tray().modify({TrayAutoCheckOff}, ctx.view->tray().tip());
+    } else {
+        working.UseInterval = 1;
+    }
+    ctx.NoCheckPostponed = false;
+    SaveOptions(ctx, working);
 }
 
 void tmrStatusBar_Timer(AppContext& ctx) {

@@ -27,6 +27,9 @@ void AddAccountTabs(AppContext& ctx);
 void MinimizeToTray(AppContext& ctx);
 void mnuTrayShow_Click(AppContext& ctx);
 void mnuTrayQuitApplication_Click(AppContext& ctx);
+// Switches Auto Check on or off and saves the options; allowed during a
+// check.
+void mnuTrayAutoCheck_Click(AppContext& ctx);
 void tmrStatusBar_Timer(AppContext& ctx);
 
 } // namespace frmMain

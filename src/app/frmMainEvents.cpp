@@ -1,61 +1,110 @@
 #include "app/frmMainEvents.h"
 
 #include "app/AppContext.h"
+#include "app/Gate.h"
 #include "app/Pages.h"
 #include "app/frmMain.h"
 #include "checking/CheckCycle.h"
 #include "checking/PopSession.h"
 #include "messages/MessageList.h"
+#include "platform/Controls.h"
 #include "platform/MainView.h"
 
 namespace velmora {
 
 namespace {
 
-// "tbrButtons(3)" gives 3; anything else -1.
-int ElementIndex(const QString& control, const QString& array) {
-    if (!control.startsWith(array + '(') || !control.endsWith(')'))
-        return -1;
-    bool ok = false;
-    const int index = control.mid(array.size() + 1).chopped(1).toInt(&ok);
-    return ok ? index : -1;
-}
+const QString kWindow = QStringLiteral("frmMain");
 
 } // namespace
 
-void frmMainEvents::Click(const QString& control) {
-    if (control.startsWith(QLatin1String("tbrMainButtons/"))) {
-        tbrMainButtons_ButtonClick(ctx, control.section('/', 1));
-    } else if (const int index = ElementIndex(control, "tbrButtons"); index >= 0) {
+void frmMainEvents::MainButtonClick(const QString& key) {
+    if (GateAdmits(ctx, Button(ctl::tbrMainButtons, key)))
+        tbrMainButtons_ButtonClick(ctx, key);
+}
+
+void frmMainEvents::PageButtonClick(int index) {
+    if (GateAdmits(ctx, Element(ctl::tbrButtons, index)))
         tbrButtons_ButtonClick(ctx, index);
-    } else if (control == QLatin1String("mnuTrayShow")) {
-        frmMain::mnuTrayShow_Click(ctx);
-    } else if (control == QLatin1String("mnuTrayQuitApplication")) {
-        frmMain::mnuTrayQuitApplication_Click(ctx);
-    } else if (control == QLatin1String("TabStripEmail")) {
-        TabStripEmail_Click(ctx);
-    } else if (control == QLatin1String("TabStripAcnts")) {
-        if (ctx.accounts.AcntNum > 0)
-            ctx.accounts.AcntCurrent = ctx.view->selectedTab(TabStrip::Accounts);
-    } else if (control == QLatin1String("mnuTrayCheckAll")) {
-        CheckAllAccounts(ctx);
-    } else if (control == QLatin1String("tbrEmail/EmailCheck")) {
+}
+
+void frmMainEvents::ToolbarButtonClick(const QString& toolbar, const QString& key) {
+    if (!GateAdmits(ctx, Button(toolbar, key)))
+        return;
+    if (toolbar == ctl::tbrEmail && key == QLatin1String("EmailCheck"))
         CheckSingleAccount(ctx);
-    } else if (control == QLatin1String("tbrAcnts/AcntTest")) {
+    else if (toolbar == ctl::tbrAcnts && key == QLatin1String("AcntTest"))
         TestAccountConnection(ctx);
-    } else if (control == QLatin1String("TrayIcon")) {
-        // A left click on the tray picture brings a hidden window back.
-        if (ctx.view->windowState() == WindowState::Minimized || !ctx.view->isWindowVisible())
-            frmMain::mnuTrayShow_Click(ctx);
+    // The other buttons come with their pages.
+}
+
+void frmMainEvents::MenuClick(const QString& entry) {
+    if (!GateAdmits(ctx, entry))
+        return;
+    if (entry == ctl::mnuTrayShow)
+        frmMain::mnuTrayShow_Click(ctx);
+    else if (entry == ctl::mnuTrayQuitApplication)
+        frmMain::mnuTrayQuitApplication_Click(ctx);
+    else if (entry == ctl::mnuTrayCheckAll)
+        CheckAllAccounts(ctx);
+    else if (entry == ctl::mnuTrayAutoCheck)
+        frmMain::mnuTrayAutoCheck_Click(ctx);
+    // The other entries come with the tray menu and the list.
+}
+
+void frmMainEvents::TrayClick(MouseButton button) {
+    if (button != MouseButton::Left || !GateAdmits(ctx, ctl::TrayIcon))
+        return;
+    // A left click on the tray picture brings a hidden window back.
+    if (ctx.view->windowState() == WindowState::Minimized || !ctx.view->isWindowVisible())
+        frmMain::mnuTrayShow_Click(ctx);
+}
+
+void frmMainEvents::TabClick(const QString& strip) {
+    if (!GateAdmits(ctx, strip))
+        return;
+    if (strip == ctl::TabStripEmail) {
+        TabStripEmail_Click(ctx);
+    } else if (strip == ctl::TabStripAcnts) {
+        if (ctx.accounts.AcntNum > 0)
+            ctx.accounts.AcntCurrent = ctx.view->tabs(TabStrip::Accounts).selected();
     }
 }
 
+void frmMainEvents::ListRowClick(int /*row*/) {
+    if (!GateAdmits(ctx, ctl::lvwEmail))
+        return;
+}
+
+void frmMainEvents::ListDoubleClick(int /*row*/) {
+    if (!GateAdmits(ctx, ctl::lvwEmail))
+        return;
+}
+
+void frmMainEvents::ListHeaderClick(int /*column*/) {
+    if (!GateAdmits(ctx, ctl::lvwEmail))
+        return;
+}
+
+void frmMainEvents::ListContextMenu(int /*row*/) {
+    if (!GateAdmits(ctx, ctl::lvwEmail))
+        return;
+}
+
+void frmMainEvents::ValueChanged(const QString& control) {
+    if (!GateAdmits(ctx, control))
+        return;
+    // The pages' dirty checks hang here as the pages come.
+}
+
 void frmMainEvents::Resize() {
-    frmMain::Form_Resize(ctx);
+    if (GateAdmits(ctx, kWindow))
+        frmMain::Form_Resize(ctx);
 }
 
 void frmMainEvents::Unload(bool& cancel) {
-    frmMain::Form_Unload(ctx, cancel);
+    if (GateAdmits(ctx, kWindow))
+        frmMain::Form_Unload(ctx, cancel);
 }
 
 } // namespace velmora

@@ -6,12 +6,23 @@ namespace velmora {
 
 struct AppContext;
 
-// Routes what the main window reports to the form's handlers.
+// Routes what the main window reports, through the gate, to the form's
+// handlers.
 class frmMainEvents : public MainViewEvents {
 public:
     explicit frmMainEvents(AppContext& ctx) : ctx(ctx) {}
 
-    void Click(const QString& control) override;
+    void MainButtonClick(const QString& key) override;
+    void PageButtonClick(int index) override;
+    void ToolbarButtonClick(const QString& toolbar, const QString& key) override;
+    void MenuClick(const QString& entry) override;
+    void TrayClick(MouseButton button) override;
+    void TabClick(const QString& strip) override;
+    void ListRowClick(int row) override;
+    void ListDoubleClick(int row) override;
+    void ListHeaderClick(int column) override;
+    void ListContextMenu(int row) override;
+    void ValueChanged(const QString& control) override;
     void Resize() override;
     void Unload(bool& cancel) override;
 

@@ -6,6 +6,7 @@
 #include "checking/PopSession.h"
 #include "checking/Schedule.h"
 #include "messages/MessageList.h"
+#include "platform/Controls.h"
 #include "platform/EventPump.h"
 #include "platform/MainView.h"
 #include "platform/MessageBoxes.h"
@@ -35,7 +36,7 @@ void TimedWalk(AppContext& ctx, bool& anyNew, bool& anyMessages) {
         const Account& a = ctx.accounts[n];
         if (a.AcntEnabled == 1) {
             if (ctx.StopRequested) {
-                ctx.view->setProgressVisible(false);
+                ctx.view->status().setProgressVisible(false);
                 break;
             }
             if (ctx.view->windowState() != WindowState::Minimized)
@@ -58,7 +59,7 @@ void TimedWalk(AppContext& ctx, bool& anyNew, bool& anyMessages) {
 void CheckAccount(AppContext& ctx, int account) {
     Account& a = ctx.accounts[account];
     a.AcntChecked = true;
-    ctx.view->clearList();
+    ctx.view->list().clear();
     RetrieveAccount(ctx, account);
 
     if (a.AcntConnected && a.AcntMsgCount > 1)
@@ -97,7 +98,7 @@ void CheckAllAccounts(AppContext& ctx) {
     int checked = 0;
     for (int n = 1; n <= ctx.accounts.AcntNum; ++n) {
         if (ctx.StopRequested) {
-            ctx.view->setProgressVisible(false);
+            ctx.view->status().setProgressVisible(false);
             ++checked; // a stopped walk is no walk without accounts
             break;
         }
@@ -163,7 +164,7 @@ void StartUpCheckAccounts(AppContext& ctx) {
     TimedWalk(ctx, anyNew, anyMessages);
     if (ctx.options.UseInterval == 1) {
         NextAutoCheck(ctx, 1);
-        ctx.view->setPanelText(4, ctx.NextCheckText);
+        ctx.view->status().setPanelText(4, ctx.NextCheckText);
     }
     SetCheckingInterface(ctx, true, true);
     SuspendAutoCheck(ctx, "Restore");
@@ -211,6 +212,7 @@ void SuspendAutoCheck(AppContext& ctx, const QString& action) {
 
 void SetCheckingInterface(AppContext& ctx, bool enabled, bool showStop) {
     MainView& v = *ctx.view;
+    ctx.InterfaceHeld = !enabled;
     v.setVisible(Element("tbrButtons", 14), false);
     if (enabled) {
         ctx.tmrRetrieveMessage->setEnabled(false);

@@ -53,7 +53,7 @@ std::optional<QString> Headline(AppContext& ctx, bool anyNew, bool anyMessages) 
 // mail came and the desktop offers the service, unless turned off.
 void NotifyDesktop(AppContext& ctx, bool anyNew, bool anyMessages) {
     DesktopNotifier* notifier = ctx.svc.notifier;
-    if (!anyNew || !notifier ||
+    if (!anyNew ||
         setting::readInt(*ctx.svc.settings, setting::SectionOptions, "DesktopNotification", 1) != 1)
         return;
     const std::optional<QString> headline = Headline(ctx, anyNew, anyMessages);
@@ -121,8 +121,7 @@ void PlayWave(AppContext& ctx, const QString& path) {
         return;
     // One of the three places the program yields by itself.
     ctx.svc.events->DoEvents();
-    if (ctx.svc.sound)
-        ctx.svc.sound->PlayWave(path);
+    ctx.svc.sound->PlayWave(path);
 }
 
 QString ErrorSoundPath(AppContext& ctx) {

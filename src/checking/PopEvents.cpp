@@ -25,12 +25,13 @@ void PopEventHandler::Progress(qint64 position, qint64 total) {
     }
     // The bar counts in whatever unit keeps the figures inside its range.
     const qint64 scale = total > std::numeric_limits<int>::max() ? total / 1000000 + 1 : 1;
-    ctx.view->setProgress(0, int(total / scale), int(position / scale));
+    ctx.view->status().setProgress(0, int(total / scale), int(position / scale));
     const double percent = total > 0 ? double(position) / double(total) * 100.0 : 100.0;
-    ctx.view->setPanelText(3, QStringLiteral("%1 % Complete").arg(std::nearbyint(percent)));
-    ctx.view->setPanelText(4, QStringLiteral("Retrieving... (%1 of %2)")
-                                  .arg(ctx.ReceivedCount)
-                                  .arg(ctx.PopClient->Messages().Count()));
+    ctx.view->status().setPanelText(3,
+                                    QStringLiteral("%1 % Complete").arg(std::nearbyint(percent)));
+    ctx.view->status().setPanelText(4, QStringLiteral("Retrieving... (%1 of %2)")
+                                           .arg(ctx.ReceivedCount)
+                                           .arg(ctx.PopClient->Messages().Count()));
 }
 
 void PopEventHandler::Received(PopMessage&) {
@@ -47,14 +48,15 @@ void tmrRetrieveMessage_Timer(AppContext& ctx) {
     const QString key = QStringLiteral("MailSpin%1").arg(9 - ctx.AnimationFrame);
     MainView& v = *ctx.view;
     if (ctx.TestInProgress)
-        v.setTabImage(TabStrip::Accounts, ctx.accounts.AcntCurrent, key);
+        v.tabs(TabStrip::Accounts).setImage(ctx.accounts.AcntCurrent, key);
     else
-        v.setTabImage(TabStrip::Email, v.selectedTab(TabStrip::Email), key);
+        v.tabs(TabStrip::Email).setImage(v.tabs(TabStrip::Email).selected(), key);
     if (ctx.StopRequested) {
         v.setCaption("tbrButtons(1)", "Terminating...      ");
-        v.setProgressVisible(false);
-        v.setPanelText(1, "Terminating Connection...Please Wait");
-        v.setPanelText(4, QStringLiteral("Stopping Retrieve... %1").arg(ctx.ReceivedCount));
+        v.status().setProgressVisible(false);
+        v.status().setPanelText(1, "Terminating Connection...Please Wait");
+        v.status().setPanelText(4,
+                                QStringLiteral("Stopping Retrieve... %1").arg(ctx.ReceivedCount));
         ctx.tmrRetrieveMessage->setEnabled(false);
     }
 }

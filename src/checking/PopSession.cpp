@@ -17,8 +17,6 @@
 namespace velmora {
 
 void CreatePopClient(AppContext& ctx) {
-    if (!ctx.svc.pop)
-        return;
     if (!ctx.PopEvents)
         ctx.PopEvents = std::make_unique<PopEventHandler>(ctx);
     ctx.PopClient = ctx.svc.pop->create();
@@ -62,7 +60,8 @@ void PrepareConnection(AppContext& ctx, int account) {
     ctx.view->setBusyCursor(true);
     ctx.tmrRetrieveMessage->setEnabled(true);
     if (!ctx.TestInProgress)
-        ctx.view->setPanelText(1, a.AcntName + QStringLiteral(" - Connection in Progress"));
+        ctx.view->status().setPanelText(1,
+                                        a.AcntName + QStringLiteral(" - Connection in Progress"));
     PopClient& client = *ctx.PopClient;
     client.setSecurity(a.AcntSecure == 1 ? PopClient::SecurityImplicitTls
                                          : PopClient::SecurityNone);
@@ -78,7 +77,7 @@ void PrepareConnection(AppContext& ctx, int account) {
 void CloseConnection(AppContext& ctx) {
     ctx.tmrRetrieveMessage->setEnabled(false);
     ctx.view->setBusyCursor(false);
-    ctx.view->setProgressVisible(false);
+    ctx.view->status().setProgressVisible(false);
     if (ctx.PopClient)
         ctx.PopClient->Disconnect();
 }
@@ -136,7 +135,7 @@ void RetrieveAccount(AppContext& ctx, int account) {
             return;
         a.AcntConnected = true;
         if (ctx.view->windowState() != WindowState::Minimized)
-            ctx.view->setProgressVisible(true);
+            ctx.view->status().setProgressVisible(true);
         ProcessMessages(ctx, account);
         if (!ctx.StopRequested) {
             CloseConnection(ctx);
@@ -163,8 +162,8 @@ void TestAccountConnection(AppContext& ctx) {
     SetCheckingInterface(ctx, true, false);
     SuspendAutoCheck(ctx, "Restore");
     // The highest-numbered account's text, whichever account is shown.
-    ctx.view->setPanelText(3, ctx.accounts[ctx.accounts.AcntNum].AcntLastCheckText);
-    ctx.view->setPanelText(4, ctx.NextCheckText);
+    ctx.view->status().setPanelText(3, ctx.accounts[ctx.accounts.AcntNum].AcntLastCheckText);
+    ctx.view->status().setPanelText(4, ctx.NextCheckText);
     ctx.TestInProgress = false;
 }
 

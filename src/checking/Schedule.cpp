@@ -90,7 +90,7 @@ void tmrMailTime_Timer(AppContext& ctx) {
 }
 
 void tmrMailStartUp_Timer(AppContext& ctx) {
-    ctx.view->setPanelText(
+    ctx.view->status().setPanelText(
         3,
         QStringLiteral("StartUp Check: %1 sec").arg(ctx.options.StartUpDelay - ctx.StartUpSeconds));
     ++ctx.StartUpSeconds;
@@ -110,8 +110,8 @@ void EndStartUpCountdown(AppContext& ctx) {
     ctx.tmrMailStartUp->setEnabled(false);
     ctx.view->setVisible(kPauseButton, false);
     // The highest-numbered account's text, whichever account is shown.
-    ctx.view->setPanelText(3, ctx.accounts[ctx.accounts.AcntNum].AcntLastCheckText);
-    ctx.view->setPanelText(4, ctx.NextCheckText);
+    ctx.view->status().setPanelText(3, ctx.accounts[ctx.accounts.AcntNum].AcntLastCheckText);
+    ctx.view->status().setPanelText(4, ctx.NextCheckText);
     ctx.StartUpDone = true;
 }
 

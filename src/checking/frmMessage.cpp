@@ -13,7 +13,7 @@ constexpr int kMaxLines = 16;
 } // namespace
 
 void Show(AppContext& ctx, const QString& headline) {
-    if (!ctx.svc.windows || ctx.Unloading)
+    if (ctx.Unloading)
         return;
     if (ctx.AutoMessageOpen)
         Unload(ctx);

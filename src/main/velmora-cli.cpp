@@ -2,10 +2,10 @@
 // widgets, a window kept in memory and message boxes and sounds recorded.
 #include "app/AppContext.h"
 #include "app/CommandLine.h"
-#include "platform/RecordedBoxes.h"
-#include "platform/RecordedSounds.h"
+#include "platform/Headless.h"
 #include "platform/StateView.h"
 #include "platform/qt/QtPlatform.h"
+#include "platform/qt/XdgAutoStart.h"
 
 #include <QCoreApplication>
 #include <QTextStream>
@@ -20,13 +20,14 @@ int main(int argc, char** argv) {
     QCoreApplication::setApplicationName("Velmora");
 
     QtPlatform platform(QCoreApplication::applicationDirPath());
-    RecordedBoxes boxes;
-    RecordedSounds sounds;
+    // A logon entry names the desktop program beside this one.
+    XdgAutoStart autoStart(QCoreApplication::applicationDirPath() + QStringLiteral("/velmora"));
+    Headless headless;
     StateView view;
 
     Services services = platform.services();
-    services.boxes = &boxes;
-    services.sound = &sounds;
+    services.autoStart = &autoStart;
+    headless.fillBlanks(services);
 
     AppContext ctx(services);
     ctx.view = &view;
@@ -34,10 +35,10 @@ int main(int argc, char** argv) {
     QTextStream out(stdout);
     QTextStream err(stderr);
     const int status =
-        RunCommandLine(ctx, boxes, sounds, QCoreApplication::arguments().mid(1), out, err);
+        RunCommandLine(ctx, view, headless, QCoreApplication::arguments().mid(1), out, err);
     // Settings and rules are written through as they change, so nothing is
-    // left to save: leave without freeing every message and library, which
-    // a script calling us in a loop would otherwise wait for each time.
+    // left to save: leave without freeing every message, which a script
+    // calling us in a loop would otherwise wait for each time.
     out.flush();
     err.flush();
     std::fflush(nullptr);

@@ -1,8 +1,8 @@
 #include "messages/MessageList.h"
 
 #include "app/AppContext.h"
-#include "app/Pages.h"
 #include "app/StatusBar.h"
+#include "platform/Controls.h"
 #include "platform/MainView.h"
 
 namespace velmora {
@@ -41,7 +41,7 @@ void ShowAccountMessages(AppContext& ctx, int account) {
         return;
     MainView& v = *ctx.view;
     const Account& a = ctx.accounts[account];
-    v.clearList();
+    v.list().clear();
     v.setEnabled(Button("tbrEmail", "EmailSpam"), false);
     ctx.ListAttachCount = ctx.ListDeleteAttachCount = ctx.ListNewAttachCount = 0;
     bool spamOffered = false;
@@ -51,17 +51,17 @@ void ShowAccountMessages(AppContext& ctx, int account) {
         row.cells = {m.From, m.To, m.Subject, m.Date, m.Size + QStringLiteral(" KB")};
         row.bold = m.New;
         row.picture = Picture(ctx, m, spamOffered);
-        v.addListRow(row);
+        v.list().addRow(row);
     }
     if (spamOffered)
         v.setEnabled(Button("tbrEmail", "EmailSpam"), true);
     if (a.AcntMsgCount > 0) {
-        v.setListRowSelected(1, false);
+        v.list().setRowSelected(1, false);
         ctx.SelectedMessage = 1;
-        v.setTabCaption(TabStrip::Email, account,
-                        QStringLiteral("%1  (%2)").arg(a.AcntName).arg(a.AcntMsgCount));
+        v.tabs(TabStrip::Email)
+            .setCaption(account, QStringLiteral("%1  (%2)").arg(a.AcntName).arg(a.AcntMsgCount));
     } else {
-        v.setTabCaption(TabStrip::Email, account, a.AcntName);
+        v.tabs(TabStrip::Email).setCaption(account, a.AcntName);
     }
     SetAccountTabImage(ctx, account);
     // No row is selected after a fill, so nothing acts on a selection yet.
@@ -81,15 +81,15 @@ void SetAccountTabImage(AppContext& ctx, int account) {
         key = a.AcntMsgCount < 1 ? QStringLiteral("MailNo") : QStringLiteral("MailYes");
     if (a.AcntEnabled == 0)
         key += QStringLiteral("Disabled");
-    ctx.view->setTabImage(TabStrip::Email, account, key);
-    ctx.view->setTabImage(TabStrip::Accounts, account, key);
+    ctx.view->tabs(TabStrip::Email).setImage(account, key);
+    ctx.view->tabs(TabStrip::Accounts).setImage(account, key);
 }
 
 void TabStripEmail_Click(AppContext& ctx) {
     // The placeholder tab of an empty list is no account.
     if (ctx.accounts.AcntNum == 0)
         return;
-    ctx.accounts.AcntCurrent = ctx.view->selectedTab(TabStrip::Email);
+    ctx.accounts.AcntCurrent = ctx.view->tabs(TabStrip::Email).selected();
     if (ctx.accounts.AcntCurrent == ctx.AcntLastShown)
         return;
     ShowAccountMessages(ctx, ctx.accounts.AcntCurrent);
@@ -97,7 +97,7 @@ void TabStripEmail_Click(AppContext& ctx) {
 }
 
 void SelectEmailTab(AppContext& ctx, int account) {
-    ctx.view->selectTab(TabStrip::Email, account);
+    ctx.view->tabs(TabStrip::Email).select(account);
     TabStripEmail_Click(ctx);
 }
 

@@ -1,7 +1,7 @@
 #include "messages/Sorting.h"
 
 #include "app/AppContext.h"
-#include "app/Pages.h"
+#include "platform/Controls.h"
 #include "platform/MainView.h"
 
 #include <QStringList>
@@ -14,8 +14,7 @@ namespace velmora {
 namespace {
 
 const QStringList& Columns() {
-    static const QStringList names = {"From", "To", "Subject", "Date", "Size"};
-    return names;
+    return ListColumns();
 }
 
 // The text a column sorts by: upper case, and sizes zero-padded to six

@@ -60,7 +60,7 @@ void SaveOptions(AppContext& ctx, const Options& working) {
             NextAutoCheck(ctx, 0);
         }
     }
-    v.setPanelText(4, ctx.NextCheckText);
+    v.status().setPanelText(4, ctx.NextCheckText);
 }
 
 void ApplySoundAndClientFlags(AppContext& ctx) {

@@ -4,17 +4,44 @@
 
 namespace velmora {
 
-// What the main window reports to the logic. Controls are named as in
-// MainView: "tbrMainButtons/Email", "tbrButtons(3)", "mnuTrayQuitApplication",
-// "TabStripEmail".
+enum class MouseButton { Left, Right };
+
+// What the main window reports to the logic, one call per kind of event.
+// Controls are named as in ControlTable().
 class MainViewEvents {
 public:
     virtual ~MainViewEvents() = default;
 
-    virtual void Click(const QString& control) = 0;
+    // tbrMainButtons, by the button's key.
+    virtual void MainButtonClick(const QString& key) = 0;
+    // An element of tbrButtons.
+    virtual void PageButtonClick(int index) = 0;
+    // A button of tbrEmail, tbrAcnts or tbrRules.
+    virtual void ToolbarButtonClick(const QString& toolbar, const QString& key) = 0;
+    // An entry of the tray menu or of the list's popup menu.
+    virtual void MenuClick(const QString& entry) = 0;
+    // A click on the tray picture; the right button opens the tray menu.
+    virtual void TrayClick(MouseButton button) = 0;
+
+    // A tab strip after the user selected a tab.
+    virtual void TabClick(const QString& strip) = 0;
+
+    // The message list; rows count from 1, 0 for the empty area.
+    virtual void ListRowClick(int row) = 0;
+    virtual void ListDoubleClick(int row) = 0;
+    virtual void ListHeaderClick(int column) = 0;
+    virtual void ListContextMenu(int row) = 0;
+
+    // An editing control changed its value by the user's hand.
+    virtual void ValueChanged(const QString& control) = 0;
+
     virtual void Resize() = 0;
     // The window is asked to close; setting cancel keeps it loaded.
     virtual void Unload(bool& cancel) = 0;
 };
+
+// Delivers a click on a named control as its typed event: a button, a menu
+// entry, the tray picture. UnknownControl for a name that cannot be clicked.
+void DeliverClick(MainViewEvents& events, const QString& control);
 
 } // namespace velmora

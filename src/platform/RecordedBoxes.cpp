@@ -22,10 +22,10 @@ BoxAnswer defaultAnswer(BoxButtons buttons, int defaultButton) {
 
 BoxAnswer RecordedBoxes::show(const QString& title, const QString& text, BoxIcon icon,
                               BoxButtons buttons, int defaultButton) {
-    boxes.append({title, text, icon, buttons});
-    if (!answers.isEmpty())
-        return answers.takeFirst();
-    return defaultAnswer(buttons, defaultButton);
+    const BoxAnswer answer =
+        answers.isEmpty() ? defaultAnswer(buttons, defaultButton) : answers.takeFirst();
+    boxes.append({title, text, icon, buttons, answer});
+    return answer;
 }
 
 } // namespace velmora

@@ -16,6 +16,7 @@ public:
         QString text;
         BoxIcon icon;
         BoxButtons buttons;
+        BoxAnswer answer;
     };
 
     BoxAnswer show(const QString& title, const QString& text, BoxIcon icon, BoxButtons buttons,

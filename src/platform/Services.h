@@ -5,6 +5,7 @@
 namespace velmora {
 
 class AutoStart;
+class ColourDialog;
 class DesktopNotifier;
 class Clock;
 class EventPump;
@@ -22,9 +23,9 @@ class TimerFactory;
 class WindowFactory;
 
 // The platform as the logic reaches it. The composition roots fill this with
-// the real implementations; tests fill it with recording fakes. A program
-// that never needs one of them (the command line has no file dialogs) may
-// leave it null.
+// the real implementations; tests fill it with recording fakes, and
+// Headless fills what a program has no real one for. None is ever null: the
+// context refuses a set with a gap.
 struct Services {
     SettingsStore* settings = nullptr;
     MessageBoxes* boxes = nullptr;
@@ -38,12 +39,16 @@ struct Services {
     SoundPlayer* sound = nullptr;
     Shell* shell = nullptr;
     FileDialogs* dialogs = nullptr;
+    ColourDialog* colours = nullptr;
     Printer* printer = nullptr;
     ProfileFiles* profiles = nullptr;
     WindowFactory* windows = nullptr;
     DesktopNotifier* notifier = nullptr;
     // Month names and the general date form follow it.
     QLocale locale = QLocale::system();
+
+    // The name of the first member still null; blank when none is.
+    const char* missing() const;
 };
 
 } // namespace velmora

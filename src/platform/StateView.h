@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/Controls.h"
 #include "platform/MainView.h"
 
 #include <QHash>
@@ -7,21 +8,116 @@
 
 namespace velmora {
 
-// A main window without a screen: it keeps the state of every control the
-// logic touches. The command-line program runs the logic against it, and the
+// The surfaces of the main window without a screen: each keeps the state
+// the logic gave it. The command line runs the logic against them, and the
 // tests read back what the logic did.
+class StateTabStrip : public TabStripView {
+public:
+    struct Tab {
+        QString caption;
+        QString image;
+    };
+
+    void clear() override;
+    void addTab(const QString& caption, const QString& imageKey) override;
+    int count() const override { return int(tabs.size()); }
+    void setCaption(int tab, const QString& caption) override;
+    QString caption(int tab) const override;
+    void setImage(int tab, const QString& imageKey) override;
+    QString image(int tab) const override;
+    void select(int tab) override;
+    int selected() const override { return current; }
+
+    QVector<Tab> tabs;
+    int current = 0;
+
+private:
+    Tab* at(int tab);
+};
+
+class StateMessageList : public MessageListView {
+public:
+    void clear() override;
+    void addRow(const ListRow& row) override;
+    int rowCount() const override { return int(rows.size()); }
+    ListRow row(int row) const override;
+    bool isRowSelected(int row) const override;
+    void setRowSelected(int row, bool selected) override;
+    int currentRow() const override { return current; }
+    void setCurrentRow(int row) override;
+    // Rows of an equal height from the top, as a list without a header.
+    int rowAt(const QPoint& point) const override;
+    int columnWidth(int column) const override { return columnWidths.value(column, 0); }
+    void setColumnWidth(int column, int width) override { columnWidths[column] = width; }
+    int width() const override { return pixelWidth; }
+    bool hasFocus() const override { return focused; }
+
+    static constexpr int RowHeight = 18;
+    QVector<ListRow> rows;
+    QVector<bool> selected;
+    int current = 0;
+    QHash<int, int> columnWidths;
+    int pixelWidth = 900;
+    bool focused = false;
+
+private:
+    bool valid(int row) const;
+};
+
+class StateStatusBar : public StatusBarView {
+public:
+    void setPanelText(int panel, const QString& text) override { panels[index(panel)] = text; }
+    QString panelText(int panel) const override { return panels[index(panel)]; }
+    void setPanelPicture(int panel, const QString& key) override { pictures[index(panel)] = key; }
+    QString panelPicture(int panel) const override { return pictures[index(panel)]; }
+    void setToolTip(const QString& tip) override { tipText = tip; }
+    QString toolTip() const override { return tipText; }
+    void setProgressVisible(bool visible) override { progressVisible = visible; }
+    bool isProgressVisible() const override { return progressVisible; }
+    void setProgress(int minimum, int maximum, int value) override;
+    int progress() const override { return progressValue; }
+
+    QString panels[5];
+    QString pictures[5];
+    QString tipText;
+    bool progressVisible = false;
+    int progressMin = 0, progressMax = 0, progressValue = 0;
+
+private:
+    static int index(int panel);
+};
+
+class StateTray : public TrayView {
+public:
+    void add() override { present = true; }
+    void modify(const QList<int>& p, const QString& t) override;
+    void remove() override { present = false; }
+    bool isPresent() const override { return present; }
+    QList<int> picture() const override { return pictureStack; }
+    QString tip() const override { return tipText; }
+
+    bool present = false;
+    QList<int> pictureStack;
+    QString tipText;
+};
+
 class StateView : public MainView {
 public:
+    // What a named control holds; a control never touched has the defaults.
     struct Control {
         bool enabled = true;
         bool visible = true;
         QString caption;
         QString toolTip;
         QString image;
-    };
-    struct Tab {
-        QString caption;
-        QString image;
+        QString text;
+        int maxLength = 0;
+        int checked = 0;
+        int optionIndex = -1;
+        QStringList items;
+        int currentIndex = -1;
+        int minimum = 0, maximum = 0;
+        quint32 colour = 0;
     };
 
     void setEnabled(const QString& control, bool enabled) override;
@@ -31,33 +127,32 @@ public:
     void setCaption(const QString& control, const QString& caption) override;
     QString caption(const QString& control) const override;
     void setToolTip(const QString& control, const QString& tip) override;
+    QString toolTip(const QString& control) const override;
     void setImage(const QString& control, const QString& imageKey) override;
-    void setFocus(const QString& name) override { focus = name; }
+    QString image(const QString& control) const override;
+    void setFocus(const QString& control) override;
 
-    void setPanelText(int panel, const QString& text) override;
-    QString panelText(int panel) const override;
-    void setPanelPicture(int panel, const QString& imageKey) override;
+    void setText(const QString& control, const QString& text) override;
+    QString text(const QString& control) const override;
+    void setMaxLength(const QString& control, int length) override;
+    void setChecked(const QString& control, int value) override;
+    int checked(const QString& control) const override;
+    void setOptionIndex(const QString& array, int index) override;
+    int optionIndex(const QString& array) const override;
+    void setItems(const QString& control, const QStringList& items) override;
+    QStringList items(const QString& control) const override;
+    void setCurrentIndex(const QString& control, int index) override;
+    int currentIndex(const QString& control) const override;
+    void setRange(const QString& control, int minimum, int maximum) override;
+    void setColour(const QString& control, quint32 bgr) override;
+    quint32 colour(const QString& control) const override;
 
-    void clearTabs(TabStrip strip) override;
-    void addTab(TabStrip strip, const QString& caption, const QString& imageKey) override;
-    int tabCount(TabStrip strip) const override;
-    void setTabCaption(TabStrip strip, int tab, const QString& caption) override;
-    void setTabImage(TabStrip strip, int tab, const QString& imageKey) override;
-    QString tabImage(TabStrip strip, int tab) const override;
-    void selectTab(TabStrip strip, int tab) override;
-    int selectedTab(TabStrip strip) const override;
-
-    void clearList() override;
-    void addListRow(const ListRow& row) override;
-    int listRowCount() const override { return int(rows.size()); }
-    bool isListRowSelected(int row) const override;
-    void setListRowSelected(int row, bool selected) override;
-    int listColumnWidth(int column) const override;
-    void setListColumnWidth(int column, int width) override;
-    int listWidth() const override { return listPixelWidth; }
-
-    void setProgressVisible(bool visible) override { progressVisible = visible; }
-    void setProgress(int minimum, int maximum, int value) override;
+    TabStripView& tabs(TabStrip strip) override {
+        return strip == TabStrip::Email ? emailTabs : acntTabs;
+    }
+    MessageListView& list() override { return messageList; }
+    StatusBarView& status() override { return statusBar; }
+    TrayView& tray() override { return trayEntry; }
 
     WindowState windowState() const override { return state; }
     void setWindowState(WindowState s) override { state = s; }
@@ -71,33 +166,32 @@ public:
         windowVisible = false;
     }
 
-    void trayAdd() override { trayPresent = true; }
-    void trayModify(const QList<int>& picture, const QString& tip) override;
-    void trayDelete() override { trayPresent = false; }
+    // A control's whole state, for reading back; UnknownControl for a name
+    // the window lacks.
+    Control control(const QString& name) const;
+    // The names the logic or a script has touched, in the order first seen.
+    const QStringList& touched() const { return touchedNames; }
 
-    // What a control holds; a control never touched has the defaults.
-    Control control(const QString& name) const { return controls.value(name); }
-
-    QHash<QString, Control> controls;
-    QString panels[6];
-    QString panelPictures[6];
-    QVector<Tab> tabs[2];
-    int selected[2] = {0, 0};
-    QVector<ListRow> rows;
-    QVector<bool> rowSelected;
-    QHash<int, int> columnWidths;
-    int listPixelWidth = 900;
-    bool progressVisible = false;
-    int progressMin = 0, progressMax = 0, progressValue = 0;
+    StateTabStrip emailTabs;
+    StateTabStrip acntTabs;
+    StateMessageList messageList;
+    StateStatusBar statusBar;
+    StateTray trayEntry;
     WindowState state = WindowState::Normal;
     bool windowVisible = false;
     bool busyCursor = false;
     bool unloaded = false;
     int designSizeRestores = 0;
-    bool trayPresent = false;
-    QList<int> trayPicture;
-    QString trayTip;
     QString focus;
+
+private:
+    // The control's state after checking that its kind offers the
+    // operation; an empty list of kinds admits any.
+    Control& edit(const QString& name, std::initializer_list<ControlKind> kinds = {});
+    Control read(const QString& name, std::initializer_list<ControlKind> kinds = {}) const;
+
+    QHash<QString, Control> controls;
+    QStringList touchedNames;
 };
 
 } // namespace velmora

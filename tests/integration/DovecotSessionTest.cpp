@@ -22,6 +22,7 @@ private Q_SLOTS:
     void connectionTest();
     void checkBringsEveryMessage();
     void commandLineTestAndCheck();
+    void scriptedWindowTestsTheAccount();
     void mailboxShrinksAndGrowsBetweenChecks();
     void missingServerFailsLoudly();
 
@@ -118,7 +119,7 @@ void DovecotSessionTest::checkBringsEveryMessage() {
     const Account& a = r->ctx->accounts[1];
     QCOMPARE(a.AcntMsgCount, 4);
     QCOMPARE(a.AcntStatusText, QString("Home - 4 Messages"));
-    QCOMPARE(r->view.progressMax, r->view.progressValue);
+    QCOMPARE(r->view.statusBar.progressMax, r->view.statusBar.progressValue);
     int big = 0;
     for (int i = 1; i <= 4; ++i) {
         const MailMessage& m = r->ctx->messages.at(1, i);
@@ -192,6 +193,47 @@ void DovecotSessionTest::commandLineTestAndCheck() {
     wrong.start(cli, {"test", "2"});
     QVERIFY(wrong.waitForFinished(10000));
     QCOMPARE(wrong.exitCode(), 2);
+}
+
+// The scripting face drives the real logic: the Accounts page's Test
+// Account shows the connection box, which the script's answer closes.
+void DovecotSessionTest::scriptedWindowTestsTheAccount() {
+    QSettings file(sandbox->configHome() + "/Kestrum/Velmora.conf", QSettings::IniFormat);
+    file.setValue("Settings/FirstUse", "1");
+    file.setValue("Settings/AcntNum", "1");
+    file.setValue("Settings/AcntName1", "Home");
+    file.setValue("Settings/AcntServer1", "127.0.0.1");
+    file.setValue("Settings/AcntPort1", QString::number(dovecot.plainPort()));
+    file.setValue("Settings/AcntLoginID1", "user");
+    file.setValue("Settings/AcntPassword1", "secret");
+    file.sync();
+    const QString cli = qEnvironmentVariable("VELMORA_BIN_DIR") + "/velmora-cli";
+
+    QProcess ui;
+    ui.start(cli, {"ui", "-"});
+    ui.write("# the Accounts page, then its Test Account\n"
+             "click tbrMainButtons/Accounts\n"
+             "tab TabStripAcnts 1\n"
+             "answer OK\n"
+             "click tbrAcnts/AcntTest\n");
+    ui.closeWriteChannel();
+    QVERIFY(ui.waitForFinished(30000));
+    QCOMPARE(ui.exitCode(), 0);
+    const QJsonObject shown = QJsonDocument::fromJson(ui.readAllStandardOutput()).object();
+    QCOMPARE(shown["page"].toString(), QString("Accounts"));
+    const QJsonObject box = shown["boxes"].toArray().at(0).toObject();
+    QCOMPARE(box["title"].toString(), QString("Velmora - Test Connection Successfull"));
+    QCOMPARE(box["answer"].toString(), QString("OK"));
+    QVERIFY(shown["controls"].toObject().contains("tbrAcnts/AcntTest"));
+
+    QProcess wrong;
+    wrong.start(cli, {"ui", "-"});
+    wrong.write("click tbrMainButtons/Accounts\nclick tbrAcnts/NoSuchButton\n");
+    wrong.closeWriteChannel();
+    QVERIFY(wrong.waitForFinished(10000));
+    QCOMPARE(wrong.exitCode(), 2);
+    QVERIFY(
+        wrong.readAllStandardError().contains("line 2: no control named 'tbrAcnts/NoSuchButton'"));
 }
 
 // Dovecot keeps its identifiers across sessions, so a pass finds only real

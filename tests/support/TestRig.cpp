@@ -7,18 +7,13 @@ namespace velmora {
 TestRig::TestRig() {
     Services services;
     services.settings = &settings;
-    services.boxes = &boxes;
     services.clock = &clock;
-    services.timers = &timers;
     services.events = &pump;
-    services.autoStart = &autoStart;
     services.files = &files;
-    services.instance = &instance;
     services.pop = &pop;
     services.profiles = &profiles;
-    services.windows = &windows;
-    services.sound = &sounds;
     services.locale = QLocale::c();
+    headless.fillBlanks(services);
     ctx = std::make_unique<AppContext>(services);
     ctx->view = &view;
 }

@@ -1,15 +1,11 @@
 #pragma once
 
 #include "app/AppContext.h"
-#include "platform/RecordedBoxes.h"
-#include "platform/RecordedSounds.h"
+#include "platform/Headless.h"
 #include "platform/StateView.h"
 #include "platform/qt/IniProfileFiles.h"
 #include "support/CountingEventPump.h"
-#include "support/FakeAutoStart.h"
 #include "support/FakeFiles.h"
-#include "support/FakeInstanceGuard.h"
-#include "support/FakeMessageView.h"
 #include "support/FakePopServer.h"
 #include "support/FakeSettingsStore.h"
 #include "support/ManualTimer.h"
@@ -28,18 +24,19 @@ struct TestRig {
     bool start();
 
     FakeSettingsStore settings;
-    RecordedBoxes boxes;
     SettableClock clock;
-    ManualTimerFactory timers;
     CountingEventPump pump;
-    FakeAutoStart autoStart;
     FakeFiles files;
-    FakeInstanceGuard instance;
     FakePopServer server;
     FakePopClientFactory pop{server};
     IniProfileFiles profiles;
-    FakeWindowFactory windows;
-    RecordedSounds sounds;
+    // Boxes, sounds, shell, dialogs, timers and the rest, recorded.
+    Headless headless;
+    RecordedBoxes& boxes = headless.boxes;
+    RecordedSounds& sounds = headless.sounds;
+    RecordedAutoStart& autoStart = headless.autoStart;
+    SoleInstance& instance = headless.instance;
+    StateWindowFactory& windows = headless.windows;
     StateView view;
     std::unique_ptr<AppContext> ctx;
 

@@ -27,9 +27,9 @@ void StartUpTest::emptyStoreGivesWorkingProgramWithNoAccounts() {
     rig.settings.set("Settings\\Options\\EmailCheckStartUp", "1");
     QVERIFY(rig.start());
     const StateView& v = rig.view;
-    QCOMPARE(v.tabCount(TabStrip::Email), 1);
-    QCOMPARE(v.panelText(1), QString("No Accounts have been created..."));
-    QCOMPARE(v.panelText(4), QString("Auto Check Off"));
+    QCOMPARE(v.emailTabs.count(), 1);
+    QCOMPARE(v.statusBar.panelText(1), QString("No Accounts have been created..."));
+    QCOMPARE(v.statusBar.panelText(4), QString("Auto Check Off"));
     QVERIFY(v.isVisible("fraNoAcntsBanner"));
     QVERIFY(!v.isEnabled("tbrButtons(2)"));
     QVERIFY(!v.isEnabled("tbrButtons(3)"));
@@ -38,7 +38,7 @@ void StartUpTest::emptyStoreGivesWorkingProgramWithNoAccounts() {
     QCOMPARE(v.caption("mnuTrayAutoCheck"), QString("&Auto Check - Off|#AutoCheckOff"));
     QCOMPARE(v.caption("lblBanner"), QString("Email"));
     QVERIFY(v.isWindowVisible());
-    QVERIFY(v.trayPresent);
+    QVERIFY(v.trayEntry.present);
     QVERIFY(Manual(rig.ctx->tmrStatusBar).enabled);
     QVERIFY(!Manual(rig.ctx->tmrMailTime).enabled);
     QVERIFY(!Manual(rig.ctx->tmrMailStartUp).enabled);
@@ -73,16 +73,16 @@ void StartUpTest::accountsGetTabsRunTimeValuesAndCountdown() {
     QVERIFY(rig.start());
 
     const StateView& v = rig.view;
-    QCOMPARE(v.tabCount(TabStrip::Email), 2);
-    QCOMPARE(v.tabCount(TabStrip::Accounts), 2);
-    QCOMPARE(v.tabs[0][0].caption, QString("Home"));
-    QCOMPARE(v.tabImage(TabStrip::Email, 1), QString("MailNo"));
-    QCOMPARE(v.tabImage(TabStrip::Accounts, 2), QString("MailNoDisabled"));
+    QCOMPARE(v.emailTabs.count(), 2);
+    QCOMPARE(v.acntTabs.count(), 2);
+    QCOMPARE(v.emailTabs.caption(1), QString("Home"));
+    QCOMPARE(v.emailTabs.image(1), QString("MailNo"));
+    QCOMPARE(v.acntTabs.image(2), QString("MailNoDisabled"));
     QVERIFY(!v.isVisible("fraNoAcntsBanner"));
     QVERIFY(v.isEnabled("tbrButtons(3)"));
     QVERIFY(v.isEnabled("mnuTrayCheckAll"));
-    QCOMPARE(v.panelText(1), QString("Home"));
-    QCOMPARE(v.panelText(3), QString("Not Checked"));
+    QCOMPARE(v.statusBar.panelText(1), QString("Home"));
+    QCOMPARE(v.statusBar.panelText(3), QString("Not Checked"));
     QVERIFY(v.isVisible("tbrButtons(14)"));
     QCOMPARE(v.caption("tbrButtons(14)"), QString("StartUp: Pause       "));
     QVERIFY(Manual(rig.ctx->tmrMailStartUp).enabled);
@@ -103,7 +103,7 @@ void StartUpTest::minimizedStartShowsOnlyTheTray() {
     QVERIFY(rig.start());
     QVERIFY(!rig.view.isWindowVisible());
     QCOMPARE(rig.view.windowState(), WindowState::Minimized);
-    QVERIFY(rig.view.trayPresent);
+    QVERIFY(rig.view.trayEntry.present);
     QVERIFY(Manual(rig.ctx->tmrMailTime).enabled);
     QVERIFY(!Manual(rig.ctx->tmrStatusBar).enabled);
 }
@@ -114,7 +114,7 @@ void StartUpTest::secondInstanceTouchesNothing() {
     QVERIFY(!rig.start());
     QVERIFY(rig.settings.reads.isEmpty());
     QVERIFY(rig.settings.writes.isEmpty());
-    QVERIFY(!rig.view.trayPresent);
+    QVERIFY(!rig.view.trayEntry.present);
     QVERIFY(!rig.view.isWindowVisible());
     QCOMPARE(rig.autoStart.sets, 0);
 }
@@ -142,7 +142,7 @@ void StartUpTest::firstAutoCheckTime() {
     rig.clock.set(clock);
     QVERIFY(rig.start());
     QCOMPARE(rig.ctx->NextCheckTime, next);
-    QCOMPARE(rig.view.panelText(4), rig.ctx->NextCheckText);
+    QCOMPARE(rig.view.statusBar.panelText(4), rig.ctx->NextCheckText);
 }
 
 void StartUpTest::closeBoxGoesToTrayAndTrayQuitEnds() {
@@ -155,7 +155,7 @@ void StartUpTest::closeBoxGoesToTrayAndTrayQuitEnds() {
     QVERIFY(cancel);
     QVERIFY(!rig.view.isWindowVisible());
     QCOMPARE(rig.view.windowState(), WindowState::Minimized);
-    QVERIFY(rig.view.trayPresent);
+    QVERIFY(rig.view.trayEntry.present);
     QVERIFY(rig.settings.writes.isEmpty());
 
     frmMain::mnuTrayShow_Click(*rig.ctx);
@@ -165,7 +165,7 @@ void StartUpTest::closeBoxGoesToTrayAndTrayQuitEnds() {
     // Quit from the tray ends it, close box option or not.
     frmMain::mnuTrayQuitApplication_Click(*rig.ctx);
     QVERIFY(rig.view.unloaded);
-    QVERIFY(!rig.view.trayPresent);
+    QVERIFY(!rig.view.trayEntry.present);
     QVERIFY(rig.settings.has("Settings\\Options\\SortOrder"));
 }
 
@@ -192,7 +192,7 @@ void StartUpTest::unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles() {
     bool cancel = false;
     frmMain::Form_Unload(*rig.ctx, cancel);
     QVERIFY(!cancel);
-    QVERIFY(!rig.view.trayPresent);
+    QVERIFY(!rig.view.trayEntry.present);
     QStringList expected;
     if (widthsSaved) {
         for (const char* key :

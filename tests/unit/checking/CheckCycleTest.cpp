@@ -71,11 +71,11 @@ void CheckCycleTest::walk() {
     const AccountStore& acc = ctx.accounts;
     for (int n = 1; n <= 3; ++n)
         QCOMPARE(acc[n].AcntStatusText, statuses[n - 1]);
-    QCOMPARE(rig->view.tabImage(TabStrip::Email, in), QString("MailError"));
+    QCOMPARE(rig->view.emailTabs.image(in), QString("MailError"));
     QCOMPARE(acc[in].AcntMsgCount, 0);
     if (in != 1) {
-        QCOMPARE(rig->view.tabImage(TabStrip::Accounts, 1), QString("MailYes"));
-        QCOMPARE(rig->view.tabs[0][0].caption, QString("Home  (2)"));
+        QCOMPARE(rig->view.acntTabs.image(1), QString("MailYes"));
+        QCOMPARE(rig->view.emailTabs.caption(1), QString("Home  (2)"));
     }
     // A stop shows no dialog, not even "No Accounts".
     QCOMPARE(rig->boxes.boxes.size(), stop ? 0 : 1);
@@ -83,7 +83,7 @@ void CheckCycleTest::walk() {
         QCOMPARE(rig->boxes.boxes[0].title, QString("Velmora - Error Establishing Connection"));
     // The walk puts the account shown back, and the interface on again.
     QCOMPARE(acc.AcntCurrent, 3);
-    QCOMPARE(rig->view.selectedTab(TabStrip::Email), 3);
+    QCOMPARE(rig->view.emailTabs.selected(), 3);
     QVERIFY(rig->view.isEnabled("fraMainButtons"));
     QVERIFY(!rig->view.isVisible("tbrButtons(1)"));
     QCOMPARE(acc[0].AcntLastCheckText, QString("Checked: 10:15 AM on Nov 21/26"));
@@ -162,7 +162,7 @@ void CheckCycleTest::singleCheckOfDisabledAccount() {
     rig.clock.set("2026-11-21T11:00:00");
     CheckSingleAccount(*rig.ctx);
     QCOMPARE(rig.ctx->accounts[1].AcntStatusText, QString("Home - 1 Message"));
-    QCOMPARE(rig.view.tabImage(TabStrip::Email, 1), QString("MailYesDisabled"));
+    QCOMPARE(rig.view.emailTabs.image(1), QString("MailYesDisabled"));
     QCOMPARE(rig.ctx->NextCheckTime, next); // tied to AcntEnabled
 
     rig.ctx->accounts[1].AcntEnabled = 1;

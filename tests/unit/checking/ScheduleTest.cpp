@@ -115,7 +115,7 @@ void ScheduleTest::intervalZeroFiresUntilTheMinutePasses() {
     rig->clock.set("2026-11-21T10:17:00");
     Manual(ctx.tmrMailTime).fire();
     QCOMPARE(rig->mailbox("Home").connects, 4);
-    QCOMPARE(rig->view.panelText(4), QString("Auto Check at 10:17 AM"));
+    QCOMPARE(rig->view.statusBar.panelText(4), QString("Auto Check at 10:17 AM"));
 }
 
 void ScheduleTest::startUpCountdownReachesZero() {
@@ -123,7 +123,7 @@ void ScheduleTest::startUpCountdownReachesZero() {
     AppContext& ctx = *rig->ctx;
     for (const char* shown : {"StartUp Check: 2 sec", "StartUp Check: 1 sec"}) {
         Manual(ctx.tmrMailStartUp).fire();
-        QCOMPARE(rig->view.panelText(3), QString(shown));
+        QCOMPARE(rig->view.statusBar.panelText(3), QString(shown));
         QCOMPARE(rig->mailbox("Home").connects, 0);
     }
     Manual(ctx.tmrMailStartUp).fire();
@@ -156,7 +156,7 @@ void ScheduleTest::pauseSurvivesADialog() {
     // The seconds gone by are kept.
     Manual(ctx.tmrMailStartUp).enabled = true;
     Manual(ctx.tmrMailStartUp).fire();
-    QCOMPARE(rig->view.panelText(3), QString("StartUp Check: 29 sec"));
+    QCOMPARE(rig->view.statusBar.panelText(3), QString("StartUp Check: 29 sec"));
 }
 
 QTEST_GUILESS_MAIN(ScheduleTest)

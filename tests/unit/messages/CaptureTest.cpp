@@ -178,7 +178,7 @@ void CaptureTest::failedFetchClearsCountsButRemembersIdentifiers() {
     QCOMPARE(a.AcntMsgCount, 0);
     QVERIFY(!a.AcntConnected);
     QCOMPARE(a.AcntStatusText, QString("Home - Error Accessing Account"));
-    QCOMPARE(rig.view.tabImage(TabStrip::Email, 1), QString("MailError"));
+    QCOMPARE(rig.view.emailTabs.image(1), QString("MailError"));
     QCOMPARE(rig.boxes.boxes.size(), 1);
     QCOMPARE(rig.boxes.boxes[0].title, QString("Velmora - Error Processing Messages"));
     QVERIFY(rig.boxes.boxes[0].text.contains("30013 - scripted failure"));

@@ -139,7 +139,7 @@ void OptionsTest::autoCheckFollowsTheSave() {
     SaveOptions(ctx, off);
     QVERIFY(!Manual(ctx.tmrMailTime).enabled);
     QVERIFY(Manual(ctx.tmrStatusBar).enabled);
-    QCOMPARE(rig.view.panelText(4), QString("Auto Check Off"));
+    QCOMPARE(rig.view.statusBar.panelText(4), QString("Auto Check Off"));
 }
 
 QTEST_GUILESS_MAIN(OptionsTest)

@@ -1,0 +1,483 @@
+#include "app/UiScript.h"
+
+#include "app/AppContext.h"
+#include "app/CheckReport.h"
+#include "platform/Controls.h"
+#include "platform/Headless.h"
+#include "platform/MainViewEvents.h"
+#include "platform/StateView.h"
+
+#include <QEventLoop>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QTextStream>
+#include <QTimer>
+
+namespace velmora {
+
+namespace {
+
+// A line the script cannot run.
+struct ScriptError {
+    QString why;
+};
+
+using K = ControlKind;
+
+QJsonArray Strings(const QStringList& list) {
+    return QJsonArray::fromStringList(list);
+}
+
+// The frames and bars a control lies in: a click needs them all on.
+QStringList Containers(const QString& control) {
+    if (control.startsWith(ctl::tbrMainButtons + '/'))
+        return {ctl::fraMainButtons};
+    if (control.startsWith(ctl::tbrEmail + '/'))
+        return {ctl::tbrEmail, ctl::fraEmailToolBar, Element(ctl::fraMain, 0)};
+    if (control.startsWith(ctl::tbrAcnts + '/'))
+        return {ctl::tbrAcnts, ctl::fraAcntToolBar, Element(ctl::fraMain, 1)};
+    if (control.startsWith(ctl::tbrRules + '/'))
+        return {ctl::tbrRules, ctl::fraRulesToolbar, Element(ctl::fraMain, 2)};
+    if (control.startsWith(ctl::tbrButtons + '(')) {
+        const int index = control.mid(ctl::tbrButtons.size() + 1).chopped(1).toInt();
+        for (const PageButton& b : PageButtonTable()) {
+            if (b.index == index)
+                return {Element(ctl::fraMain, b.page)};
+        }
+    }
+    if (control.startsWith(ctl::lvwEmail) || control == ctl::TabStripEmail)
+        return {Element(ctl::fraMain, 0)};
+    if (control == ctl::TabStripAcnts)
+        return {Element(ctl::fraMain, 1)};
+    return {};
+}
+
+class Runner {
+public:
+    Runner(UiScriptRun run, bool trace, QTextStream& out) : r(run), trace(trace), out(out) {}
+
+    void line(const QString& text);
+    QJsonObject result() const;
+
+    int lineNumber = 0;
+
+private:
+    void click(const QString& control);
+    void setText(const QString& control, const QString& text);
+    void check(const QString& control, const QString& value);
+    void option(const QString& array, const QString& index);
+    void choose(const QString& control, const QString& entry);
+    void tab(const QString& strip, const QString& number);
+    void rows(const QStringList& numbers);
+    void doubleClick(const QString& list, const QString& number);
+    void answer(const QString& word);
+    void tick(const QString& timer, const QString& count);
+    static void wait(const QString& ms);
+
+    // False, with the reason noted, when the user could not reach it now.
+    bool reachable(const QString& control);
+    void touch(const QString& control) {
+        if (!touched.contains(control))
+            touched.append(control);
+    }
+    QJsonObject controlState(const QString& name) const;
+    static int Number(const QString& text, const char* what);
+
+    UiScriptRun r;
+    bool trace;
+    QTextStream& out;
+    QStringList touched;
+    QJsonArray refused;
+};
+
+int Runner::Number(const QString& text, const char* what) {
+    bool ok = false;
+    const int n = text.toInt(&ok);
+    if (!ok)
+        throw ScriptError{
+            QStringLiteral("%1 must be a whole number, not '%2'").arg(QLatin1String(what), text)};
+    return n;
+}
+
+bool Runner::reachable(const QString& control) {
+    QStringList chain = Containers(control);
+    chain.prepend(control);
+    for (const QString& c : chain) {
+        const char* why = !r.view.isEnabled(c) ? "disabled" : !r.view.isVisible(c) ? "hidden" : "";
+        if (*why) {
+            refused.append(QJsonObject{{"line", lineNumber},
+                                       {"control", control},
+                                       {"why", QStringLiteral("%1 is %2").arg(c, why)}});
+            return false;
+        }
+    }
+    return true;
+}
+
+void Runner::click(const QString& control) {
+    const ControlKind kind = KindOf(control);
+    touch(control);
+    // The tray and its menu are there whatever the window shows.
+    const bool inTray = kind == K::Tray || TrayMenuEntries().contains(control);
+    if (!inTray && !reachable(control))
+        return;
+    if (inTray && !r.view.isEnabled(control)) {
+        refused.append(
+            QJsonObject{{"line", lineNumber}, {"control", control}, {"why", "disabled"}});
+        return;
+    }
+    switch (kind) {
+    case K::TabStrip:
+        r.events.TabClick(control);
+        return;
+    case K::Header:
+        r.events.ListHeaderClick(int(ListColumns().indexOf(control.section('/', 1))) + 1);
+        return;
+    default:
+        DeliverClick(r.events, control);
+    }
+}
+
+void Runner::setText(const QString& control, const QString& text) {
+    Expect(control, {K::Text, K::Spin});
+    touch(control);
+    if (!reachable(control))
+        return;
+    r.view.setText(control, text);
+    r.events.ValueChanged(control);
+}
+
+void Runner::check(const QString& control, const QString& value) {
+    Expect(control, {K::Check});
+    if (value != QLatin1String("0") && value != QLatin1String("1"))
+        throw ScriptError{QStringLiteral("a check box takes 0 or 1, not '%1'").arg(value)};
+    touch(control);
+    if (!reachable(control))
+        return;
+    r.view.setChecked(control, value.toInt());
+    r.events.ValueChanged(control);
+}
+
+void Runner::option(const QString& array, const QString& index) {
+    const int n = Number(index, "an option index");
+    const QString element = Element(array, n);
+    Expect(element, {K::Option});
+    touch(Element(array, 0));
+    if (!reachable(element))
+        return;
+    r.view.setOptionIndex(array, n);
+    r.events.ValueChanged(element);
+}
+
+void Runner::choose(const QString& control, const QString& entry) {
+    Expect(control, {K::Combo});
+    touch(control);
+    if (!reachable(control))
+        return;
+    const QStringList items = r.view.items(control);
+    bool isNumber = false;
+    int index = entry.toInt(&isNumber);
+    if (!isNumber)
+        index = int(items.indexOf(entry));
+    if (index < 0 || index >= items.size())
+        throw ScriptError{QStringLiteral("%1 has no entry '%2'").arg(control, entry)};
+    r.view.setCurrentIndex(control, index);
+    r.events.ValueChanged(control);
+}
+
+void Runner::tab(const QString& strip, const QString& number) {
+    Expect(strip, {K::TabStrip});
+    const int n = Number(number, "a tab number");
+    TabStripView& tabs =
+        r.view.tabs(strip == ctl::TabStripEmail ? TabStrip::Email : TabStrip::Accounts);
+    if (n < 1 || n > tabs.count())
+        throw ScriptError{QStringLiteral("%1 has no tab %2").arg(strip).arg(n)};
+    touch(strip);
+    if (!reachable(strip))
+        return;
+    tabs.select(n);
+    r.events.TabClick(strip);
+}
+
+void Runner::rows(const QStringList& numbers) {
+    if (numbers.isEmpty())
+        throw ScriptError{QStringLiteral("row needs at least one row number")};
+    MessageListView& list = r.view.list();
+    QList<int> chosen;
+    for (const QString& text : numbers) {
+        const int n = Number(text, "a row number");
+        if (n < 1 || n > list.rowCount())
+            throw ScriptError{QStringLiteral("the list has no row %1").arg(n)};
+        chosen.append(n);
+    }
+    touch(ctl::lvwEmail);
+    if (!reachable(ctl::lvwEmail))
+        return;
+    for (int row = 1; row <= list.rowCount(); ++row)
+        list.setRowSelected(row, chosen.contains(row));
+    list.setCurrentRow(chosen.first());
+    r.events.ListRowClick(chosen.first());
+}
+
+void Runner::doubleClick(const QString& control, const QString& number) {
+    if (control != ctl::lvwEmail)
+        throw ScriptError{QStringLiteral("only lvwEmail takes a double click")};
+    rows({number});
+    if (r.view.isEnabled(ctl::lvwEmail))
+        r.events.ListDoubleClick(number.toInt());
+}
+
+void Runner::answer(const QString& word) {
+    static const QHash<QString, BoxAnswer> answers = {{"Yes", BoxAnswer::Yes},
+                                                      {"No", BoxAnswer::No},
+                                                      {"Cancel", BoxAnswer::Cancel},
+                                                      {"OK", BoxAnswer::Ok}};
+    if (!answers.contains(word))
+        throw ScriptError{QStringLiteral("answer takes Yes, No, Cancel or OK, not '%1'").arg(word)};
+    r.headless.boxes.answers.append(answers.value(word));
+}
+
+void Runner::tick(const QString& name, const QString& count) {
+    const QHash<QString, Timer*> timers = {
+        {"tmrStatusBar", r.ctx.tmrStatusBar.get()},
+        {"tmrMailTime", r.ctx.tmrMailTime.get()},
+        {"tmrMailStartUp", r.ctx.tmrMailStartUp.get()},
+        {"tmrRetrieveMessage", r.ctx.tmrRetrieveMessage.get()},
+        {"tmrMessage", r.ctx.frmMessage.timer.get()},
+    };
+    if (!timers.contains(name))
+        throw ScriptError{QStringLiteral("no timer named '%1'").arg(name)};
+    const int times = count.isEmpty() ? 1 : Number(count, "a tick count");
+    for (int i = 0; i < times; ++i) {
+        // Looked up each time: a tick may close the window that owns it.
+        auto* timer = dynamic_cast<ManualTimer*>(name == QLatin1String("tmrMessage")
+                                                     ? r.ctx.frmMessage.timer.get()
+                                                     : timers.value(name));
+        if (timer)
+            timer->fire();
+    }
+}
+
+void Runner::wait(const QString& ms) {
+    const int milliseconds = Number(ms, "a wait");
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void Runner::line(const QString& raw) {
+    const QString text = raw.trimmed();
+    if (text.isEmpty() || text.startsWith(QLatin1Char('#')))
+        return;
+    const QString verb = text.section(QLatin1Char(' '), 0, 0, QString::SectionSkipEmpty);
+    QStringList args = text.split(QLatin1Char(' '), Qt::SkipEmptyParts).mid(1);
+    const auto need = [&](int count) {
+        if (args.size() < count)
+            throw ScriptError{QStringLiteral("%1 needs %2 argument(s)").arg(verb).arg(count)};
+    };
+    const qsizetype before = r.headless.boxes.boxes.size();
+    if (verb == QLatin1String("click")) {
+        need(1);
+        click(args[0]);
+    } else if (verb == QLatin1String("set")) {
+        need(1);
+        // The rest of the line after the control and one blank, verbatim.
+        static const QRegularExpression form(QStringLiteral("^\\s*set\\s+(\\S+) ?(.*)$"));
+        setText(args[0], form.match(raw).captured(2));
+    } else if (verb == QLatin1String("check")) {
+        need(2);
+        check(args[0], args[1]);
+    } else if (verb == QLatin1String("option")) {
+        need(2);
+        option(args[0], args[1]);
+    } else if (verb == QLatin1String("choose")) {
+        need(2);
+        choose(args[0], text.section(' ', 2, -1, QString::SectionSkipEmpty));
+    } else if (verb == QLatin1String("tab")) {
+        need(2);
+        tab(args[0], args[1]);
+    } else if (verb == QLatin1String("row")) {
+        rows(args);
+    } else if (verb == QLatin1String("dblclick")) {
+        need(2);
+        doubleClick(args[0], args[1]);
+    } else if (verb == QLatin1String("answer")) {
+        need(1);
+        answer(args[0]);
+    } else if (verb == QLatin1String("file")) {
+        need(1);
+        r.headless.dialogs.fileAnswers.append(text.section(' ', 1, -1, QString::SectionSkipEmpty));
+    } else if (verb == QLatin1String("colour")) {
+        need(1);
+        r.headless.dialogs.colourAnswers.append(args[0]);
+    } else if (verb == QLatin1String("tick")) {
+        need(1);
+        tick(args[0], args.value(1));
+    } else if (verb == QLatin1String("wait")) {
+        need(1);
+        wait(args[0]);
+    } else {
+        throw ScriptError{QStringLiteral("unknown verb '%1'").arg(verb)};
+    }
+    if (trace) {
+        QJsonArray boxes;
+        for (qsizetype i = before; i < r.headless.boxes.boxes.size(); ++i)
+            boxes.append(r.headless.boxes.boxes[i].title);
+        const QJsonObject step{{"line", lineNumber},
+                               {"action", text},
+                               {"page", r.ctx.PageBanners.value(r.ctx.CurrentPage)},
+                               {"boxes", boxes}};
+        out << QJsonDocument(step).toJson(QJsonDocument::Compact) << '\n';
+        out.flush();
+    }
+}
+
+QJsonObject Runner::controlState(const QString& name) const {
+    const StateView& v = r.view;
+    QJsonObject o{{"enabled", v.isEnabled(name)}, {"visible", v.isVisible(name)}};
+    switch (KindOf(name)) {
+    case K::Button:
+    case K::MenuEntry:
+        o["caption"] = v.caption(name);
+        o["toolTip"] = v.toolTip(name);
+        o["image"] = v.image(name);
+        break;
+    case K::Label:
+        o["caption"] = v.caption(name);
+        break;
+    case K::Header:
+        o["image"] = v.image(name);
+        break;
+    case K::Text:
+    case K::Spin:
+        o["text"] = v.text(name);
+        break;
+    case K::Check:
+        o["checked"] = v.checked(name);
+        break;
+    case K::Option:
+        o["index"] = v.optionIndex(name.left(name.indexOf('(')));
+        break;
+    case K::Combo:
+        o["items"] = Strings(v.items(name));
+        o["index"] = v.currentIndex(name);
+        break;
+    case K::Colour:
+        o["colour"] = qint64(v.colour(name));
+        break;
+    case K::TabStrip: {
+        const StateTabStrip& s = name == ctl::TabStripEmail ? v.emailTabs : v.acntTabs;
+        QJsonArray tabs;
+        for (const StateTabStrip::Tab& t : s.tabs)
+            tabs.append(QJsonObject{{"caption", t.caption}, {"image", t.image}});
+        o["tabs"] = tabs;
+        o["selected"] = s.current;
+        break;
+    }
+    case K::List: {
+        QJsonArray selected;
+        for (int row = 1; row <= v.messageList.rowCount(); ++row) {
+            if (v.messageList.selected[row - 1])
+                selected.append(row);
+        }
+        o["rows"] = v.messageList.rowCount();
+        o["selected"] = selected;
+        break;
+    }
+    case K::Tray:
+        o["tip"] = v.trayEntry.tipText;
+        break;
+    default:
+        break;
+    }
+    return o;
+}
+
+QJsonObject Runner::result() const {
+    const Headless& h = r.headless;
+    QJsonArray boxes;
+    for (const RecordedBoxes::Box& b : h.boxes.boxes)
+        boxes.append(QJsonObject{{"title", b.title},
+                                 {"text", b.text},
+                                 {"icon", IconName(b.icon)},
+                                 {"buttons", ButtonsName(b.buttons)},
+                                 {"answer", AnswerName(b.answer)}});
+    QJsonArray shell;
+    for (const RecordedShell::Request& s : h.shell.requests)
+        shell.append(QJsonObject{
+            {"target", s.target}, {"parameters", s.parameters}, {"windowState", s.windowState}});
+    QJsonArray dialogs;
+    for (const ScriptedDialogs::Request& d : h.dialogs.requests)
+        dialogs.append(QJsonObject{{"kind", d.kind},
+                                   {"title", d.title},
+                                   {"filter", d.filter},
+                                   {"initialPath", d.initialPath},
+                                   {"answer", d.answer}});
+    QJsonObject controls;
+    for (const QString& name : touched)
+        controls[name] = controlState(name);
+    QJsonArray panels;
+    for (const QString& p : r.view.statusBar.panels)
+        panels.append(p);
+    QJsonArray trayPicture;
+    for (int p : r.view.trayEntry.pictureStack)
+        trayPicture.append(p);
+    return QJsonObject{
+        {"page", r.ctx.PageBanners.value(r.ctx.CurrentPage)},
+        {"window", QJsonObject{{"visible", r.view.windowVisible},
+                               {"minimized", r.view.state == WindowState::Minimized}}},
+        {"boxes", boxes},
+        {"sounds", Strings(h.sounds.played)},
+        {"shell", shell},
+        {"dialogs", dialogs},
+        {"printed", Strings(h.printer.jobs)},
+        {"status", panels},
+        {"tray", QJsonObject{{"present", r.view.trayEntry.present},
+                             {"picture", trayPicture},
+                             {"tip", r.view.trayEntry.tipText}}},
+        {"controls", controls},
+        {"refused", refused},
+    };
+}
+
+} // namespace
+
+int RunUiScript(UiScriptRun run, const QString& script, bool trace, QTextStream& out,
+                QTextStream& err) {
+    QFile file;
+    bool opened = false;
+    if (script == QLatin1String("-"))
+        opened = file.open(stdin, QIODevice::ReadOnly | QIODevice::Text);
+    else {
+        file.setFileName(script);
+        opened = file.open(QIODevice::ReadOnly | QIODevice::Text);
+    }
+    if (!opened) {
+        err << "velmora-cli: cannot read the script " << script << ": " << file.errorString()
+            << "\n";
+        return 2;
+    }
+    Runner runner(run, trace, out);
+    QTextStream in(&file);
+    in.setEncoding(QStringConverter::Utf8);
+    try {
+        while (!in.atEnd()) {
+            const QString text = in.readLine();
+            ++runner.lineNumber;
+            runner.line(text);
+        }
+    } catch (const ScriptError& e) {
+        err << "velmora-cli: line " << runner.lineNumber << ": " << e.why << "\n";
+        return 2;
+    } catch (const UnknownControl& e) {
+        err << "velmora-cli: line " << runner.lineNumber << ": " << e.what() << "\n";
+        return 2;
+    }
+    out << QJsonDocument(runner.result()).toJson(QJsonDocument::Indented);
+    return 0;
+}
+
+} // namespace velmora

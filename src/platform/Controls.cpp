@@ -1,0 +1,147 @@
+#include "platform/Controls.h"
+
+#include <QHash>
+
+namespace velmora {
+
+QString Element(const QString& array, int index) {
+    return QStringLiteral("%1(%2)").arg(array).arg(index);
+}
+
+QString Button(const QString& toolbar, const QString& key) {
+    return toolbar + QLatin1Char('/') + key;
+}
+
+const QVector<MainButton>& MainButtonTable() {
+    static const QVector<MainButton> table = {
+        {"Email", "Email        ", "Email Messages"},
+        {"Accounts", "Accounts  ", "Account Information"},
+        {"Rules", "Rules       ", "View Rules"},
+        {"Options", "Options    ", "Select Options"},
+        {"Quit", "Quit          ", "Quit Velmora"},
+        {"Size", "Size         ", "Restore Original Size"},
+    };
+    return table;
+}
+
+const QVector<PageButton>& PageButtonTable() {
+    static const QVector<PageButton> table = {
+        {0, 0, "Help", "Help     ", "Help With Email", "Help"},
+        {1, 0, "StopRetrieval", "Stop Retrieval      ", "Stop Retrieving Messages", "Stop"},
+        {2, 0, "Close", "Close         ", "Close Velmora to System Tray", "Close"},
+        {3, 0, "CheckAll", "Check All          ", "Check All Accounts for Messages", "CheckAll"},
+        {4, 0, "StartEmailClient", "Start Email Client     ", "Start Email Client Application",
+         "Folder"},
+        {5, 1, "Help", "Help     ", "Help With Accounts", "Help"},
+        {6, 1, "SaveAccount", "Save Account   ", "Save this Account Information", "Save"},
+        {7, 1, "Cancel", "Cancel       ", "Cancel changes to this Account", "Cancel"},
+        {8, 2, "Help", "Help     ", "Help With Rules", "Help"},
+        {9, 2, "SaveRules", "Save Rules       ", "Save Rule Information", "Save"},
+        {10, 2, "Cancel", "Cancel       ", "Cancel changes to Rules", "Cancel"},
+        {11, 3, "Help", "Help     ", "Help With Options", "Help"},
+        {12, 3, "SaveOptions", "Save Options    ", "Save changes to Options", "Save"},
+        {13, 3, "Cancel", "Cancel       ", "Cancel changes made to Options", "Cancel"},
+        {14, 0, "PauseStartupCheck", "StartUp: Continue    ", "Pause the StartUp Check Timer",
+         "Pause"},
+    };
+    return table;
+}
+
+const QVector<ToolbarButton>& ToolbarButtonTable() {
+    static const QVector<ToolbarButton> table = {
+        {"tbrEmail", "EmailPreview", "Preview ", "Preview Selected Message"},
+        {"tbrEmail", "EmailDelete", "Delete   ", "Delete Selected Message from Server"},
+        {"tbrEmail", "EmailSpam", "Spam    ", "Delete All Spam Messages from Server"},
+        {"tbrEmail", "EmailReply", "Reply    ", "Reply to Sender using Email Client"},
+        {"tbrEmail", "EmailOpen", "Open    ", "Open Message in Email Client"},
+        {"tbrEmail", "EmailNew", "New      ", "New Message using Email Client"},
+        {"tbrEmail", "EmailCheck", "Check   ", "Check Account for Messages"},
+        {"tbrAcnts", "AcntAdd", "Add Account  ", "Add a New Account"},
+        {"tbrAcnts", "AcntDelete", "Delete Account  ", "Delete this Account"},
+        {"tbrAcnts", "AcntTest", "Test Account  ", "Test the Connection to this Account"},
+        {"tbrRules", "RulesAdd", "Add Rule                ", "Add a New Rule"},
+        {"tbrRules", "RulesDelete", "Delete Rule            ", "Delete Selected Selected Rule"},
+        {"tbrRules", "RulesImport", "Import Rules           ", "Import Rules from a Rules File"},
+        {"tbrRules", "RulesRename", "Rename Rules File  ", "Rename the Rules FileName"},
+    };
+    return table;
+}
+
+const QStringList& TrayMenuEntries() {
+    static const QStringList entries = {
+        ctl::mnuTrayShow,      ctl::mnuTrayCheckAll,    ctl::mnuTrayNewMessage,
+        ctl::mnuTrayRunClient, ctl::mnuTrayAutoCheck,   ctl::mnuTraySounds,
+        ctl::mnuTrayOptions,   ctl::mnuTrayMenuColours, ctl::mnuTrayUpdates,
+        ctl::mnuTrayAbout,     ctl::mnuTrayHelp,        ctl::mnuTrayQuitApplication,
+    };
+    return entries;
+}
+
+const QStringList& EmailMenuEntries() {
+    static const QStringList entries = {ctl::mnuEmailPreview, ctl::mnuEmailDelete,
+                                        ctl::mnuEmailReply, ctl::mnuEmailOpen};
+    return entries;
+}
+
+const QStringList& ListColumns() {
+    static const QStringList columns = {"From", "To", "Subject", "Date", "Size"};
+    return columns;
+}
+
+const QVector<ControlInfo>& ControlTable() {
+    static const QVector<ControlInfo> table = [] {
+        QVector<ControlInfo> t;
+        using K = ControlKind;
+        for (int page = 0; page < 4; ++page)
+            t.append({Element(ctl::fraMain, page), K::Frame});
+        for (const QString& name : {ctl::fraNoAcntsBanner, ctl::fraRulesToolbar,
+                                    ctl::fraMainButtons, ctl::fraEmailToolBar, ctl::fraAcntToolBar})
+            t.append({name, K::Frame});
+        for (const QString& name : {ctl::lblBanner, ctl::lblNoAcntsBanner, ctl::lblRulesFileName})
+            t.append({name, K::Label});
+        t.append({ctl::cmdTakeFocus, K::Focus});
+        t.append({ctl::TrayIcon, K::Tray});
+        for (const QString& name :
+             {ctl::tbrMainButtons, ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules})
+            t.append({name, K::Toolbar});
+        for (const MainButton& b : MainButtonTable())
+            t.append({Button(ctl::tbrMainButtons, b.key), K::Button});
+        for (const PageButton& b : PageButtonTable())
+            t.append({Element(ctl::tbrButtons, b.index), K::Button});
+        for (const ToolbarButton& b : ToolbarButtonTable())
+            t.append({Button(b.toolbar, b.key), K::Button});
+        for (const QString& name : TrayMenuEntries() + EmailMenuEntries())
+            t.append({name, K::MenuEntry});
+        t.append({ctl::TabStripEmail, K::TabStrip});
+        t.append({ctl::TabStripAcnts, K::TabStrip});
+        t.append({ctl::lvwEmail, K::List});
+        for (const QString& column : ListColumns())
+            t.append({Button(ctl::lvwEmail, column), K::Header});
+        return t;
+    }();
+    return table;
+}
+
+ControlKind KindOf(const QString& name) {
+    static const QHash<QString, ControlKind> kinds = [] {
+        QHash<QString, ControlKind> h;
+        for (const ControlInfo& c : ControlTable())
+            h.insert(c.name, c.kind);
+        return h;
+    }();
+    const auto it = kinds.constFind(name);
+    if (it == kinds.constEnd())
+        throw UnknownControl(QStringLiteral("no control named '%1'").arg(name));
+    return *it;
+}
+
+void Expect(const QString& name, std::initializer_list<ControlKind> kinds) {
+    const ControlKind kind = KindOf(name);
+    for (ControlKind k : kinds) {
+        if (k == kind)
+            return;
+    }
+    throw UnknownControl(QStringLiteral("'%1' offers no such operation").arg(name));
+}
+
+} // namespace velmora

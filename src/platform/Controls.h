@@ -1,0 +1,131 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <stdexcept>
+
+namespace velmora {
+
+// What a named control is, and so what can be done with it.
+enum class ControlKind {
+    Frame,     // a frame or page: enabled, visible
+    Label,     // a label: caption, visible
+    Toolbar,   // a whole toolbar: enabled, visible
+    Button,    // a button of a toolbar or button row: caption, tip, picture; a click
+    MenuEntry, // an entry of a popup menu: caption with "|#" and its picture; a click
+    TabStrip,  // an account tab strip: its own surface
+    List,      // the message list: its own surface
+    Header,    // a column header of the message list: picture
+    Text,      // a text box: text, maximum length; a change
+    Check,     // a check box: 0 or 1; a change
+    Option,    // one option button of an array: which one is set; a change
+    Combo,     // a combo or list box: items and index; a change
+    Spin,      // a numeric spin box: range and value; a change
+    Colour,    // a colour box: a 0x00BBGGRR value
+    Focus,     // a control that only takes the focus
+    Tray,      // the tray picture: a click
+};
+
+// A control name the window does not have, or an operation the control's
+// kind does not offer: always a fault of the program, never ignored.
+class UnknownControl : public std::logic_error {
+public:
+    explicit UnknownControl(const QString& what) : std::logic_error(what.toStdString()) {}
+};
+
+// Names of array elements and toolbar buttons: "tbrButtons(3)",
+// "tbrEmail/EmailPreview", "lvwEmail/From".
+QString Element(const QString& array, int index);
+QString Button(const QString& toolbar, const QString& key);
+
+// The names the logic uses by themselves.
+namespace ctl {
+inline const QString lblBanner = QStringLiteral("lblBanner");
+inline const QString lblNoAcntsBanner = QStringLiteral("lblNoAcntsBanner");
+inline const QString lblRulesFileName = QStringLiteral("lblRulesFileName");
+inline const QString fraMain = QStringLiteral("fraMain");
+inline const QString fraNoAcntsBanner = QStringLiteral("fraNoAcntsBanner");
+inline const QString fraRulesToolbar = QStringLiteral("fraRulesToolbar");
+inline const QString fraMainButtons = QStringLiteral("fraMainButtons");
+inline const QString fraEmailToolBar = QStringLiteral("fraEmailToolBar");
+inline const QString fraAcntToolBar = QStringLiteral("fraAcntToolBar");
+inline const QString cmdTakeFocus = QStringLiteral("cmdTakeFocus");
+inline const QString tbrMainButtons = QStringLiteral("tbrMainButtons");
+inline const QString tbrButtons = QStringLiteral("tbrButtons");
+inline const QString tbrEmail = QStringLiteral("tbrEmail");
+inline const QString tbrAcnts = QStringLiteral("tbrAcnts");
+inline const QString tbrRules = QStringLiteral("tbrRules");
+inline const QString lvwEmail = QStringLiteral("lvwEmail");
+inline const QString TabStripEmail = QStringLiteral("TabStripEmail");
+inline const QString TabStripAcnts = QStringLiteral("TabStripAcnts");
+inline const QString TrayIcon = QStringLiteral("TrayIcon");
+inline const QString mnuTrayShow = QStringLiteral("mnuTrayShow");
+inline const QString mnuTrayCheckAll = QStringLiteral("mnuTrayCheckAll");
+inline const QString mnuTrayNewMessage = QStringLiteral("mnuTrayNewMessage");
+inline const QString mnuTrayRunClient = QStringLiteral("mnuTrayRunClient");
+inline const QString mnuTrayAutoCheck = QStringLiteral("mnuTrayAutoCheck");
+inline const QString mnuTraySounds = QStringLiteral("mnuTraySounds");
+inline const QString mnuTrayOptions = QStringLiteral("mnuTrayOptions");
+inline const QString mnuTrayMenuColours = QStringLiteral("mnuTrayMenuColours");
+inline const QString mnuTrayUpdates = QStringLiteral("mnuTrayUpdates");
+inline const QString mnuTrayAbout = QStringLiteral("mnuTrayAbout");
+inline const QString mnuTrayHelp = QStringLiteral("mnuTrayHelp");
+inline const QString mnuTrayQuitApplication = QStringLiteral("mnuTrayQuitApplication");
+inline const QString mnuEmailPreview = QStringLiteral("mnuEmailPreview");
+inline const QString mnuEmailDelete = QStringLiteral("mnuEmailDelete");
+inline const QString mnuEmailReply = QStringLiteral("mnuEmailReply");
+inline const QString mnuEmailOpen = QStringLiteral("mnuEmailOpen");
+
+// The elements of tbrButtons the logic names.
+constexpr int HelpEmail = 0;
+constexpr int StopRetrieval = 1;
+constexpr int Close = 2;
+constexpr int CheckAll = 3;
+constexpr int StartEmailClient = 4;
+constexpr int PauseStartupCheck = 14;
+} // namespace ctl
+
+// The main buttons that switch the pages, the row of buttons below each
+// page, and the buttons of each page's own toolbar, with their captions.
+struct MainButton {
+    QString key;
+    QString caption;
+    QString tip;
+};
+struct PageButton {
+    int index;
+    int page;
+    QString key;
+    QString caption;
+    QString tip;
+    QString image;
+};
+struct ToolbarButton {
+    QString toolbar;
+    QString key;
+    QString caption;
+    QString tip;
+};
+const QVector<MainButton>& MainButtonTable();
+const QVector<PageButton>& PageButtonTable();
+const QVector<ToolbarButton>& ToolbarButtonTable();
+// The entries of the tray menu, then of the list's popup menu, in order.
+const QStringList& TrayMenuEntries();
+const QStringList& EmailMenuEntries();
+// The list's columns by header key, left to right.
+const QStringList& ListColumns();
+
+// Every control of the main window, by name: the window has exactly these.
+struct ControlInfo {
+    QString name;
+    ControlKind kind;
+};
+const QVector<ControlInfo>& ControlTable();
+// The kind of a named control; UnknownControl for a name not in the table.
+ControlKind KindOf(const QString& name);
+// UnknownControl unless the control is one of the kinds given.
+void Expect(const QString& name, std::initializer_list<ControlKind> kinds);
+
+} // namespace velmora

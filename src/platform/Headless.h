@@ -1,0 +1,162 @@
+#pragma once
+
+#include "platform/AutoStart.h"
+#include "platform/ColourDialog.h"
+#include "platform/DesktopNotifier.h"
+#include "platform/FileDialogs.h"
+#include "platform/InstanceGuard.h"
+#include "platform/ManualTimer.h"
+#include "platform/MessageView.h"
+#include "platform/Printer.h"
+#include "platform/RecordedBoxes.h"
+#include "platform/RecordedSounds.h"
+#include "platform/Services.h"
+#include "platform/Shell.h"
+
+#include <QList>
+#include <QStringList>
+#include <memory>
+
+namespace velmora {
+
+// Platform parts that nobody sees: each records what the logic asked of it
+// and answers from a script, or as a user who cancels. The command line and
+// the tests run on them where no screen or desktop takes part.
+
+class RecordedShell : public Shell {
+public:
+    struct Request {
+        QString target;
+        QString parameters;
+        int windowState;
+    };
+    bool Open(const QString& target, const QString& parameters, int windowState) override {
+        requests.append({target, parameters, windowState});
+        return succeeds;
+    }
+    QList<Request> requests;
+    bool succeeds = true;
+};
+
+class RecordedPrinter : public Printer {
+public:
+    bool PrintText(const QString& title, const QString& text) override {
+        jobs.append(title + QLatin1Char('\n') + text);
+        return true;
+    }
+    QStringList jobs;
+};
+
+// File and colour dialogs answered in turn from `answers`; a dialog with no
+// answer left is cancelled.
+class ScriptedDialogs : public FileDialogs, public ColourDialog {
+public:
+    struct Request {
+        QString kind; // "open", "save" or "colour"
+        QString title;
+        QString filter;
+        QString initialPath;
+        QString answer; // blank when cancelled
+    };
+    QString OpenFile(const QString& title, const QString& filter,
+                     const QString& initialPath) override;
+    QString SaveFile(const QString& title, const QString& filter,
+                     const QString& initialPath) override;
+    bool PickColour(quint32& colour) override;
+
+    // Paths for file dialogs, and colour values as text for the colour
+    // dialog; "cancel" cancels.
+    QStringList fileAnswers;
+    QStringList colourAnswers;
+    QList<Request> requests;
+
+private:
+    QString file(const QString& kind, const QString& title, const QString& filter,
+                 const QString& initialPath);
+};
+
+class RecordedNotifier : public DesktopNotifier {
+public:
+    bool available() override { return false; }
+    void notify(const QString& title, const QString& body) override {
+        notices.append(title + QLatin1Char('\n') + body);
+    }
+    QStringList notices;
+};
+
+class RecordedAutoStart : public AutoStart {
+public:
+    void SetRunAtStartUp() override { ++sets; }
+    void ClearRunAtStartUp() override { ++clears; }
+    int sets = 0;
+    int clears = 0;
+};
+
+class SoleInstance : public InstanceGuard {
+public:
+    bool claim() override { return !otherInstanceRuns; }
+    bool otherInstanceRuns = false;
+};
+
+// The Auto Check Message without a screen; the factory keeps the state of
+// the last one made, alive or not.
+class StateMessageView : public MessageView {
+public:
+    struct State {
+        QString caption, headline, lines, nextCheck;
+        int lineCount = 0;
+        int countdown = -1;
+        bool countdownVisible = false;
+        bool onTop = false;
+        bool shown = false;
+        bool destroyed = false;
+        std::function<void()> onClose;
+    };
+    explicit StateMessageView(std::shared_ptr<State> state) : s(std::move(state)) {}
+    ~StateMessageView() override { s->destroyed = true; }
+    void setCaption(const QString& caption) override { s->caption = caption; }
+    void setHeadline(const QString& headline) override { s->headline = headline; }
+    void setAccountLines(const QString& text, int lines) override {
+        s->lines = text;
+        s->lineCount = lines;
+    }
+    void setCountdownVisible(bool visible) override { s->countdownVisible = visible; }
+    void setCountdown(int seconds) override { s->countdown = seconds; }
+    void setNextCheck(const QString& text) override { s->nextCheck = text; }
+    void setStayOnTop(bool onTop) override { s->onTop = onTop; }
+    void showWindow() override { s->shown = true; }
+    void hideWindow() override { s->shown = false; }
+    void setOnClose(std::function<void()> handler) override { s->onClose = std::move(handler); }
+
+private:
+    std::shared_ptr<State> s;
+};
+
+class StateWindowFactory : public WindowFactory {
+public:
+    std::unique_ptr<MessageView> createMessageView() override {
+        last = std::make_shared<StateMessageView::State>();
+        return std::make_unique<StateMessageView>(last);
+    }
+    std::shared_ptr<StateMessageView::State> last;
+};
+
+// One of each, to fill every service a program does not bring itself, so
+// that the logic never meets a missing one.
+struct Headless {
+    RecordedBoxes boxes;
+    RecordedSounds sounds;
+    RecordedShell shell;
+    RecordedPrinter printer;
+    ScriptedDialogs dialogs;
+    RecordedNotifier notifier;
+    RecordedAutoStart autoStart;
+    SoleInstance instance;
+    StateWindowFactory windows;
+    ManualTimerFactory timers;
+
+    // Sets every member of `services` that is still null.
+    void fillBlanks(Services& services);
+};
+
+} // namespace velmora
