@@ -5,7 +5,7 @@ BUILD_TYPE ?= RelWithDebInfo
 CMAKE_FLAGS ?=
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build run test sanitize bench clean
+.PHONY: all deps configure build run test sanitize sanitize-unit format-check bench clean
 
 all: build
 
@@ -24,9 +24,20 @@ run: build
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
-# The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer.
+# The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer,
+# leaks included.
+SANITIZE_FLAGS = BUILD=build-sanitize BUILD_TYPE=Debug CMAKE_FLAGS="-DVELMORA_SANITIZE=ON $(CMAKE_FLAGS)"
 sanitize:
-	$(MAKE) test BUILD=build-sanitize BUILD_TYPE=Debug CMAKE_FLAGS=-DVELMORA_SANITIZE=ON
+	$(MAKE) test $(SANITIZE_FLAGS)
+
+# The unit tests alone under the sanitizers, as CI runs them.
+sanitize-unit:
+	$(MAKE) build $(SANITIZE_FLAGS)
+	cd build-sanitize && ctest --output-on-failure -j $(JOBS) -L unit
+
+# Fails when clang-format would change any of our C++ files.
+format-check:
+	git ls-files '*.cpp' '*.h' | xargs clang-format --dry-run --Werror
 
 bench: build
 	scripts/install-deps --bench

@@ -1,7 +1,6 @@
 #include "app/UiScript.h"
 
 #include "app/AppContext.h"
-#include "app/CheckReport.h"
 #include "platform/Controls.h"
 #include "platform/Headless.h"
 #include "platform/MainViewEvents.h"
@@ -26,10 +25,6 @@ struct ScriptError {
 };
 
 using K = ControlKind;
-
-QJsonArray Strings(const QStringList& list) {
-    return QJsonArray::fromStringList(list);
-}
 
 // The frames and bars a control lies in: a click needs them all on.
 QStringList Containers(const QString& control) {
@@ -60,7 +55,7 @@ public:
     Runner(UiScriptRun run, bool trace, QTextStream& out) : r(run), trace(trace), out(out) {}
 
     void line(const QString& text);
-    QJsonObject result() const;
+    QJsonObject result() const { return UiStateJson(r.ctx, r.view, r.headless, touched, refused); }
 
     int lineNumber = 0;
 
@@ -83,7 +78,6 @@ private:
         if (!touched.contains(control))
             touched.append(control);
     }
-    QJsonObject controlState(const QString& name) const;
     static int Number(const QString& text, const char* what);
 
     UiScriptRun r;
@@ -333,114 +327,6 @@ void Runner::line(const QString& raw) {
         out << QJsonDocument(step).toJson(QJsonDocument::Compact) << '\n';
         out.flush();
     }
-}
-
-QJsonObject Runner::controlState(const QString& name) const {
-    const StateView& v = r.view;
-    QJsonObject o{{"enabled", v.isEnabled(name)}, {"visible", v.isVisible(name)}};
-    switch (KindOf(name)) {
-    case K::Button:
-    case K::MenuEntry:
-        o["caption"] = v.caption(name);
-        o["toolTip"] = v.toolTip(name);
-        o["image"] = v.image(name);
-        break;
-    case K::Label:
-        o["caption"] = v.caption(name);
-        break;
-    case K::Header:
-        o["image"] = v.image(name);
-        break;
-    case K::Text:
-    case K::Spin:
-        o["text"] = v.text(name);
-        break;
-    case K::Check:
-        o["checked"] = v.checked(name);
-        break;
-    case K::Option:
-        o["index"] = v.optionIndex(name.left(name.indexOf('(')));
-        break;
-    case K::Combo:
-        o["items"] = Strings(v.items(name));
-        o["index"] = v.currentIndex(name);
-        break;
-    case K::Colour:
-        o["colour"] = qint64(v.colour(name));
-        break;
-    case K::TabStrip: {
-        const StateTabStrip& s = name == ctl::TabStripEmail ? v.emailTabs : v.acntTabs;
-        QJsonArray tabs;
-        for (const StateTabStrip::Tab& t : s.tabs)
-            tabs.append(QJsonObject{{"caption", t.caption}, {"image", t.image}});
-        o["tabs"] = tabs;
-        o["selected"] = s.current;
-        break;
-    }
-    case K::List: {
-        QJsonArray selected;
-        for (int row = 1; row <= v.messageList.rowCount(); ++row) {
-            if (v.messageList.selected[row - 1])
-                selected.append(row);
-        }
-        o["rows"] = v.messageList.rowCount();
-        o["selected"] = selected;
-        break;
-    }
-    case K::Tray:
-        o["tip"] = v.trayEntry.tipText;
-        break;
-    default:
-        break;
-    }
-    return o;
-}
-
-QJsonObject Runner::result() const {
-    const Headless& h = r.headless;
-    QJsonArray boxes;
-    for (const RecordedBoxes::Box& b : h.boxes.boxes)
-        boxes.append(QJsonObject{{"title", b.title},
-                                 {"text", b.text},
-                                 {"icon", IconName(b.icon)},
-                                 {"buttons", ButtonsName(b.buttons)},
-                                 {"answer", AnswerName(b.answer)}});
-    QJsonArray shell;
-    for (const RecordedShell::Request& s : h.shell.requests)
-        shell.append(QJsonObject{
-            {"target", s.target}, {"parameters", s.parameters}, {"windowState", s.windowState}});
-    QJsonArray dialogs;
-    for (const ScriptedDialogs::Request& d : h.dialogs.requests)
-        dialogs.append(QJsonObject{{"kind", d.kind},
-                                   {"title", d.title},
-                                   {"filter", d.filter},
-                                   {"initialPath", d.initialPath},
-                                   {"answer", d.answer}});
-    QJsonObject controls;
-    for (const QString& name : touched)
-        controls[name] = controlState(name);
-    QJsonArray panels;
-    for (const QString& p : r.view.statusBar.panels)
-        panels.append(p);
-    QJsonArray trayPicture;
-    for (int p : r.view.trayEntry.pictureStack)
-        trayPicture.append(p);
-    return QJsonObject{
-        {"page", r.ctx.PageBanners.value(r.ctx.CurrentPage)},
-        {"window", QJsonObject{{"visible", r.view.windowVisible},
-                               {"minimized", r.view.state == WindowState::Minimized}}},
-        {"boxes", boxes},
-        {"sounds", Strings(h.sounds.played)},
-        {"shell", shell},
-        {"dialogs", dialogs},
-        {"printed", Strings(h.printer.jobs)},
-        {"status", panels},
-        {"tray", QJsonObject{{"present", r.view.trayEntry.present},
-                             {"picture", trayPicture},
-                             {"tip", r.view.trayEntry.tipText}}},
-        {"controls", controls},
-        {"refused", refused},
-    };
 }
 
 } // namespace

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 class QTextStream;
 
@@ -32,5 +35,10 @@ struct UiScriptRun {
 };
 int RunUiScript(UiScriptRun run, const QString& script, bool trace, QTextStream& out,
                 QTextStream& err);
+
+// The report of a script: what the program showed and asked for, and the
+// state of each control the script touched.
+QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Headless& headless,
+                        const QStringList& touched, const QJsonArray& refused);
 
 } // namespace velmora
