@@ -1,6 +1,6 @@
 #include "app/CheckReport.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/MainView.h"
 
 namespace velmora {
@@ -193,16 +193,16 @@ QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box
     j.key("pass");
     j.value(qint64(pass));
     j.key("TotalMessages");
-    j.value(qint64(ctx.TotalMessages));
+    j.value(qint64(ctx.check.TotalMessages));
     j.key("TotalNew");
-    j.value(qint64(ctx.TotalNew));
+    j.value(qint64(ctx.check.TotalNew));
     if (extras.autoWalk) {
         j.key("AccountInfoText");
-        j.value(ctx.AccountInfoText);
+        j.value(ctx.check.AccountInfoText);
         j.key("NextCheckText");
-        j.value(ctx.NextCheckText);
+        j.value(ctx.check.NextCheckText);
         j.key("NextCheckTime");
-        j.value(ctx.NextCheckTime);
+        j.value(ctx.check.NextCheckTime);
     }
     j.key("autoCheckMessage");
     if (extras.autoCheckMessage.isNull())
@@ -250,8 +250,8 @@ QString PassSummary(const AppContext& ctx, int pass, const QList<RecordedBoxes::
                     const PassExtras& extras) {
     QString out = QStringLiteral("Pass %1: %2 messages, %3 new\n")
                       .arg(pass)
-                      .arg(ctx.TotalMessages)
-                      .arg(ctx.TotalNew);
+                      .arg(ctx.check.TotalMessages)
+                      .arg(ctx.check.TotalNew);
     for (int n = 1; n <= ctx.accounts.AcntNum; ++n) {
         const Account& a = ctx.accounts[n];
         out += QStringLiteral("  %1. %2 [%3]  %4 new, %5 spam, %6 to delete\n")

@@ -1,6 +1,5 @@
 #include "app/CommandLine.h"
 
-#include "app/AppContext.h"
 #include "app/CheckReport.h"
 #include "app/Main.h"
 #include "app/UiScript.h"
@@ -8,6 +7,7 @@
 #include "app/frmMainEvents.h"
 #include "checking/CheckCycle.h"
 #include "checking/PopSession.h"
+#include "context/AppContext.h"
 #include "messages/MessageList.h"
 #include "platform/Headless.h"
 #include "platform/MainView.h"
@@ -74,7 +74,7 @@ void Prepare(AppContext& ctx) {
     frmMain::AddAccountTabs(ctx);
     CreatePopClient(ctx);
     // No start-up countdown runs here.
-    ctx.StartUpDone = true;
+    ctx.check.StartUpDone = true;
 }
 
 void Pause(int milliseconds) {
@@ -104,9 +104,9 @@ int Test(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& o
     const int account = AccountNumber(ctx, args.first());
     Prepare(ctx);
     ctx.accounts.AcntCurrent = account;
-    ctx.TestInProgress = true;
+    ctx.check.TestInProgress = true;
     TestConnection(ctx, account);
-    ctx.TestInProgress = false;
+    ctx.check.TestInProgress = false;
     out << (json ? DialogsJson(boxes.boxes) + '\n' : DialogsSummary(boxes.boxes));
     return 0;
 }
@@ -135,7 +135,7 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
             Pause(pause);
         boxes.boxes.clear();
         sounds.played.clear();
-        ctx.AutoCheckHeadline = QString();
+        ctx.check.AutoCheckHeadline = QString();
         if (autoWalk)
             AutoCheckAccounts(ctx);
         else if (single > 0)
@@ -144,9 +144,9 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
             CheckAllAccounts(ctx);
         PassExtras extras;
         extras.autoWalk = autoWalk;
-        extras.autoCheckMessage = ctx.AutoCheckHeadline;
+        extras.autoCheckMessage = ctx.check.AutoCheckHeadline;
         extras.sounds = sounds.played;
-        extras.ruleReport = ctx.RuleReportWanted;
+        extras.ruleReport = ctx.check.RuleReportWanted;
         out << (json ? PassJson(ctx, pass, boxes.boxes, extras) + '\n'
                      : PassSummary(ctx, pass, boxes.boxes, extras));
         out.flush();

@@ -1,12 +1,12 @@
 #include "app/Gate.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/Controls.h"
 
 namespace velmora {
 
 bool GateAdmits(const AppContext& ctx, const QString& control) {
-    if (!ctx.InterfaceHeld)
+    if (!ctx.check.InterfaceHeld)
         return true;
     static const QStringList during = {
         Element(ctl::tbrButtons, ctl::StopRetrieval),

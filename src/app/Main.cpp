@@ -1,9 +1,9 @@
 #include "app/Main.h"
 
-#include "app/AppContext.h"
 #include "app/SecondaryWindows.h"
 #include "app/frmMain.h"
 #include "checking/Schedule.h"
+#include "context/AppContext.h"
 #include "options/MenuColours.h"
 #include "options/Setting.h"
 #include "platform/AutoStart.h"
@@ -18,11 +18,11 @@ bool Main(AppContext& ctx) {
         return false;
 
     SettingsStore& settings = *ctx.svc.settings;
-    ctx.FirstUse = setting::readInt(settings, setting::SectionSettings, "FirstUse", 0);
-    ctx.HelpFile = ctx.svc.files->InstallDataFolder() + QStringLiteral("/help/velmora.html");
+    ctx.shell.FirstUse = setting::readInt(settings, setting::SectionSettings, "FirstUse", 0);
+    ctx.shell.HelpFile = ctx.svc.files->InstallDataFolder() + QStringLiteral("/help/velmora.html");
     ctx.messages.MessageCapacity = 0;
-    ctx.AppTitle = QStringLiteral("Velmora");
-    ctx.PageBanners = {"Email", "Accounts", "Rules", "Options"};
+    ctx.shell.AppTitle = QStringLiteral("Velmora");
+    ctx.shell.PageBanners = {"Email", "Accounts", "Rules", "Options"};
     ApplyMenuColourDefault(ctx);
 
     frmMain::Load(ctx);
@@ -35,7 +35,7 @@ bool Main(AppContext& ctx) {
     NextAutoCheck(ctx, extra);
 
     SetAutoCheckTimers(ctx);
-    v.status().setPanelText(4, ctx.NextCheckText);
+    v.status().setPanelText(4, ctx.check.NextCheckText);
 
     if (ctx.options.MinimizeStartUp == 1)
         v.setWindowState(WindowState::Minimized);
@@ -43,7 +43,7 @@ bool Main(AppContext& ctx) {
         v.showWindow();
 
     // A new installation starts at logon until the user says otherwise.
-    if (ctx.FirstUse == 0) {
+    if (ctx.shell.FirstUse == 0) {
         ShowFirstUse(ctx);
         ctx.options.RunStartUp = 1;
         setting::saveInt(settings, setting::SectionOptions, "RunStartUp", 1);
@@ -51,18 +51,18 @@ bool Main(AppContext& ctx) {
         setting::saveInt(settings, setting::SectionSettings, "FirstUse", 1);
     }
 
-    ctx.StartUpPaused = false;
+    ctx.check.StartUpPaused = false;
     const QString pause = QStringLiteral("tbrButtons(14)");
     if (ctx.options.EmailCheckStartUp == 1 && ctx.accounts.AcntNum >= 1) {
         v.setCaption(pause, "StartUp: Pause       ");
         v.setToolTip(pause, "Pause the StartUp Check Timer");
         v.setVisible(pause, true);
-        ctx.tmrMailStartUp->setEnabled(true);
-        ctx.StartUpDone = false;
+        ctx.check.tmrMailStartUp->setEnabled(true);
+        ctx.check.StartUpDone = false;
     } else {
         v.setVisible(pause, false);
-        ctx.tmrMailStartUp->setEnabled(false);
-        ctx.StartUpDone = true;
+        ctx.check.tmrMailStartUp->setEnabled(false);
+        ctx.check.StartUpDone = true;
     }
     return true;
 }

@@ -1,9 +1,9 @@
 #include "app/Pages.h"
 
-#include "app/AppContext.h"
 #include "app/frmMain.h"
 #include "checking/CheckCycle.h"
 #include "checking/Schedule.h"
+#include "context/AppContext.h"
 #include "platform/Controls.h"
 #include "platform/MainView.h"
 #include "platform/Shell.h"
@@ -30,7 +30,7 @@ void SwitchTo(AppContext& ctx, int page) {
     if (page == 1 && ctx.accounts.AcntNum > 0)
         v.tabs(TabStrip::Accounts).select(ctx.accounts.AcntCurrent);
     v.setVisible(Element("fraMain", page), true);
-    v.setCaption("lblBanner", ctx.PageBanners.value(page));
+    v.setCaption("lblBanner", ctx.shell.PageBanners.value(page));
 }
 
 } // namespace
@@ -74,14 +74,14 @@ void tbrMainButtons_ButtonClick(AppContext& ctx, const QString& key) {
     const int page = int(pages.indexOf(key));
     if (page < 0)
         return;
-    v.setVisible(Element("fraMain", ctx.CurrentPage), false);
-    ctx.CurrentPage = page;
+    v.setVisible(Element("fraMain", ctx.shell.CurrentPage), false);
+    ctx.shell.CurrentPage = page;
     SwitchTo(ctx, page);
-    v.setVisible("fraNoAcntsBanner", ctx.CurrentPage < 3 && ctx.accounts.AcntNum == 0);
+    v.setVisible("fraNoAcntsBanner", ctx.shell.CurrentPage < 3 && ctx.accounts.AcntNum == 0);
 }
 
 void ShowPage(AppContext& ctx, int page) {
-    if (ctx.CurrentPage == 0 || ctx.TestInProgress)
+    if (ctx.shell.CurrentPage == 0 || ctx.check.TestInProgress)
         return;
     SwitchTo(ctx, page);
 }
@@ -99,7 +99,7 @@ void tbrButtons_ButtonClick(AppContext& ctx, int index) {
         static const QHash<int, int> contexts = {{0, 130}, {5, 140}, {8, 150}, {11, 210}};
         ShowHelp(ctx, contexts.value(index, 100));
     } else if (key == QLatin1String("StopRetrieval")) {
-        ctx.StopRequested = true;
+        ctx.check.StopRequested = true;
     } else if (key == QLatin1String("PauseStartupCheck")) {
         ToggleStartUpPause(ctx);
     } else if (key == QLatin1String("CheckAll")) {
@@ -159,7 +159,7 @@ void ShowNoAccountState(AppContext& ctx) {
 }
 
 void StartClientProgram(AppContext& ctx) {
-    if (ctx.DefaultClientValid) {
+    if (ctx.shell.DefaultClientValid) {
         ctx.svc.shell->Open(ctx.options.DefaultClient, QString(), ctx.options.RunSize);
         return;
     }
@@ -171,7 +171,8 @@ void StartClientProgram(AppContext& ctx) {
 }
 
 void ShowHelp(AppContext& ctx, int context) {
-    ctx.svc.shell->Open(ctx.HelpFile + QStringLiteral("#topic-%1").arg(context), QString(), 1);
+    ctx.svc.shell->Open(ctx.shell.HelpFile + QStringLiteral("#topic-%1").arg(context), QString(),
+                        1);
 }
 
 } // namespace velmora

@@ -1,18 +1,18 @@
 #include "app/SecondaryWindows.h"
 
-#include "app/AppContext.h"
 #include "checking/frmMessage.h"
+#include "context/AppContext.h"
 
 namespace velmora {
 
 void HideSecondaryWindows(AppContext& ctx) {
-    if (ctx.AutoMessageOpen && ctx.frmMessage.view)
-        ctx.frmMessage.view->hideWindow();
+    if (ctx.shell.AutoMessageOpen && ctx.check.frmMessage.view)
+        ctx.check.frmMessage.view->hideWindow();
 }
 
 void ShowSecondaryWindows(AppContext& ctx) {
-    if (ctx.AutoMessageOpen && ctx.frmMessage.view)
-        ctx.frmMessage.view->showWindow();
+    if (ctx.shell.AutoMessageOpen && ctx.check.frmMessage.view)
+        ctx.check.frmMessage.view->showWindow();
 }
 
 void UnloadSecondaryWindows(AppContext& ctx) {

@@ -1,6 +1,6 @@
-#include "app/StatusBar.h"
+#include "context/ShellCalls.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/MainView.h"
 
 #include <utility>
@@ -21,21 +21,21 @@ std::pair<int, QString> PanelTwo(const AppContext& ctx, const Account& a) {
     if (a.AcntNewCount >= 1) {
         if (a.AcntSpamCount >= 1)
             return {a.AcntSpamCount, "SpamNew"};
-        if (a.AcntDeleteCount >= 1 && ctx.ListDeleteAttachCount >= 1)
-            return {ctx.ListDeleteAttachCount, "DeleteAttach"};
-        if (ctx.ListNewAttachCount == 0)
+        if (a.AcntDeleteCount >= 1 && ctx.list.ListDeleteAttachCount >= 1)
+            return {ctx.list.ListDeleteAttachCount, "DeleteAttach"};
+        if (ctx.list.ListNewAttachCount == 0)
             return {a.AcntNewCount, "New"};
-        return {ctx.ListNewAttachCount, "AttachNew"};
+        return {ctx.list.ListNewAttachCount, "AttachNew"};
     }
     if (a.AcntSpamCount >= 1)
         return {a.AcntSpamCount, "Spam"};
     if (a.AcntDeleteCount >= 1) {
-        if (ctx.ListDeleteAttachCount >= 1)
-            return {ctx.ListDeleteAttachCount, "DeleteAttach"};
+        if (ctx.list.ListDeleteAttachCount >= 1)
+            return {ctx.list.ListDeleteAttachCount, "DeleteAttach"};
         return {a.AcntDeleteCount, "Delete"};
     }
-    if (ctx.ListAttachCount >= 1)
-        return {ctx.ListAttachCount, "Attach"};
+    if (ctx.list.ListAttachCount >= 1)
+        return {ctx.list.ListAttachCount, "Attach"};
     if (a.AcntStatusText == a.AcntName + QStringLiteral(" - User Stopped Retrieval") ||
         a.AcntLastCheckText == QLatin1String("Not Checked"))
         return {-1, QString()};
@@ -49,7 +49,7 @@ void RefreshAccountPanels(AppContext& ctx, int account) {
     MainView& v = *ctx.view;
     v.status().setPanelText(1, a.AcntStatusText);
     v.status().setPanelText(3, a.AcntLastCheckText);
-    v.status().setPanelText(4, ctx.NextCheckText);
+    v.status().setPanelText(4, ctx.check.NextCheckText);
     const auto [count, picture] = PanelTwo(ctx, a);
     v.status().setPanelText(2, count < 0 ? QString() : QString::number(count));
     v.status().setPanelPicture(2, picture);

@@ -1,6 +1,6 @@
-#include "app/Tray.h"
+#include "context/ShellCalls.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 
 namespace velmora {
 

@@ -1,7 +1,7 @@
 #include "app/UiScript.h"
 
-#include "app/AppContext.h"
 #include "app/CheckReport.h"
+#include "context/AppContext.h"
 #include "platform/Controls.h"
 #include "platform/Headless.h"
 #include "platform/StateView.h"
@@ -111,7 +111,7 @@ QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Head
     for (int p : view.trayEntry.pictureStack)
         trayPicture.append(p);
     return QJsonObject{
-        {"page", ctx.PageBanners.value(ctx.CurrentPage)},
+        {"page", ctx.shell.PageBanners.value(ctx.shell.CurrentPage)},
         {"window", QJsonObject{{"visible", view.windowVisible},
                                {"minimized", view.state == WindowState::Minimized}}},
         {"boxes", boxes},

@@ -1,6 +1,6 @@
 #include "app/UiScript.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/Controls.h"
 #include "platform/Headless.h"
 #include "platform/MainViewEvents.h"
@@ -236,11 +236,11 @@ void Runner::answer(const QString& word) {
 
 void Runner::tick(const QString& name, const QString& count) {
     const QHash<QString, Timer*> timers = {
-        {"tmrStatusBar", r.ctx.tmrStatusBar.get()},
-        {"tmrMailTime", r.ctx.tmrMailTime.get()},
-        {"tmrMailStartUp", r.ctx.tmrMailStartUp.get()},
-        {"tmrRetrieveMessage", r.ctx.tmrRetrieveMessage.get()},
-        {"tmrMessage", r.ctx.frmMessage.timer.get()},
+        {"tmrStatusBar", r.ctx.shell.tmrStatusBar.get()},
+        {"tmrMailTime", r.ctx.check.tmrMailTime.get()},
+        {"tmrMailStartUp", r.ctx.check.tmrMailStartUp.get()},
+        {"tmrRetrieveMessage", r.ctx.check.tmrRetrieveMessage.get()},
+        {"tmrMessage", r.ctx.check.frmMessage.timer.get()},
     };
     if (!timers.contains(name))
         throw ScriptError{QStringLiteral("no timer named '%1'").arg(name)};
@@ -248,7 +248,7 @@ void Runner::tick(const QString& name, const QString& count) {
     for (int i = 0; i < times; ++i) {
         // Looked up each time: a tick may close the window that owns it.
         auto* timer = dynamic_cast<ManualTimer*>(name == QLatin1String("tmrMessage")
-                                                     ? r.ctx.frmMessage.timer.get()
+                                                     ? r.ctx.check.frmMessage.timer.get()
                                                      : timers.value(name));
         if (timer)
             timer->fire();
@@ -322,7 +322,7 @@ void Runner::line(const QString& raw) {
             boxes.append(r.headless.boxes.boxes[i].title);
         const QJsonObject step{{"line", lineNumber},
                                {"action", text},
-                               {"page", r.ctx.PageBanners.value(r.ctx.CurrentPage)},
+                               {"page", r.ctx.shell.PageBanners.value(r.ctx.shell.CurrentPage)},
                                {"boxes", boxes}};
         out << QJsonDocument(step).toJson(QJsonDocument::Compact) << '\n';
         out.flush();

@@ -1,14 +1,13 @@
 #include "app/frmMain.h"
 
-#include "app/AppContext.h"
 #include "app/Pages.h"
 #include "app/SecondaryWindows.h"
-#include "app/StatusBar.h"
-#include "app/Tray.h"
 #include "checking/CheckCycle.h"
 #include "checking/PopEvents.h"
 #include "checking/PopSession.h"
 #include "checking/Schedule.h"
+#include "context/AppContext.h"
+#include "context/ShellCalls.h"
 #include "messages/MessageList.h"
 #include "messages/Sorting.h"
 #include "options/MenuColours.h"
@@ -58,10 +57,10 @@ void SetColumnWidths(AppContext& ctx) {
 } // namespace
 
 void CreateTimers(AppContext& ctx) {
-    ctx.tmrStatusBar = MakeTimer(ctx, 1000, true, tmrStatusBar_Timer);
-    ctx.tmrMailTime = MakeTimer(ctx, 1000, false, tmrMailTime_Timer);
-    ctx.tmrMailStartUp = MakeTimer(ctx, 1000, false, tmrMailStartUp_Timer);
-    ctx.tmrRetrieveMessage = MakeTimer(ctx, 100, false, tmrRetrieveMessage_Timer);
+    ctx.shell.tmrStatusBar = MakeTimer(ctx, 1000, true, tmrStatusBar_Timer);
+    ctx.check.tmrMailTime = MakeTimer(ctx, 1000, false, tmrMailTime_Timer);
+    ctx.check.tmrMailStartUp = MakeTimer(ctx, 1000, false, tmrMailStartUp_Timer);
+    ctx.check.tmrRetrieveMessage = MakeTimer(ctx, 100, false, tmrRetrieveMessage_Timer);
 }
 
 void Load(AppContext& ctx) {
@@ -81,10 +80,10 @@ void LoadStores(AppContext& ctx) {
     ctx.options.LoadMenuColours(settings);
     SetUpSortState(ctx);
 
-    ctx.TotalMessages = 0;
-    ctx.TotalNew = 0;
+    ctx.check.TotalMessages = 0;
+    ctx.check.TotalNew = 0;
     const QDateTime now = ctx.now();
-    ctx.CurrentTime = ctx.format(now, "dd/mm/yy-hh:mm");
+    ctx.check.CurrentTime = ctx.format(now, "dd/mm/yy-hh:mm");
 
     acc.BlankAccountRow();
     const QString timeOfDay = ctx.format(now, "h:mm AM/PM");
@@ -98,22 +97,22 @@ void LoadStores(AppContext& ctx) {
 
     ReadRulesAtStartUp(ctx);
 
-    ctx.StopRequested = false;
-    ctx.NoCheckPostponed = false;
-    ctx.TestInProgress = false;
+    ctx.check.StopRequested = false;
+    ctx.check.NoCheckPostponed = false;
+    ctx.check.TestInProgress = false;
     ApplySoundAndClientFlags(ctx);
 }
 
 void Form_Load(AppContext& ctx) {
     MainView& v = *ctx.view;
 
-    ctx.MenuHooked = true;
+    ctx.shell.MenuHooked = true;
     MenuDesigner(ctx);
     CreatePopClient(ctx);
-    ctx.FormLoading = true;
+    ctx.shell.FormLoading = true;
     ArrangeMainWindow(ctx);
     v.tray().add();
-    v.tray().modify({TrayPlain}, ctx.AppTitle);
+    v.tray().modify({TrayPlain}, ctx.shell.AppTitle);
 
     LoadStores(ctx);
 
@@ -125,15 +124,16 @@ void Form_Load(AppContext& ctx) {
     }
     UpdateClockPanel(ctx);
 
-    ctx.RuleReportOpen = ctx.PreviewOpen = ctx.AutoMessageOpen = ctx.FirstUseOpen = false;
-    ctx.FormLoading = false;
+    ctx.shell.RuleReportOpen = ctx.shell.PreviewOpen = ctx.shell.AutoMessageOpen =
+        ctx.shell.FirstUseOpen = false;
+    ctx.shell.FormLoading = false;
 
-    ctx.CurrentPage = 0;
+    ctx.shell.CurrentPage = 0;
     for (int page = 0; page < 4; ++page)
         v.setVisible(Element("fraMain", page), page == 0);
-    v.setCaption("lblBanner", ctx.PageBanners.value(0));
+    v.setCaption("lblBanner", ctx.shell.PageBanners.value(0));
     ShowAccountMessages(ctx, acc.AcntCurrent);
-    ctx.AcntLastShown = acc.AcntCurrent;
+    ctx.list.AcntLastShown = acc.AcntCurrent;
     SetAccountState(ctx);
 
     SetColumnWidths(ctx);
@@ -157,7 +157,7 @@ void AddAccountTabs(AppContext& ctx) {
 }
 
 void Form_Resize(AppContext& ctx) {
-    if (ctx.FormLoading)
+    if (ctx.shell.FormLoading)
         return;
     MainView& v = *ctx.view;
     // In the normal and maximised states the toolkit lays the pages out.
@@ -173,14 +173,14 @@ void Form_Resize(AppContext& ctx) {
 
 void Form_Unload(AppContext& ctx, bool& Cancel) {
     MainView& v = *ctx.view;
-    if (ctx.options.CloseButton == 1 && !ctx.QuitRequested) {
+    if (ctx.options.CloseButton == 1 && !ctx.shell.QuitRequested) {
         Cancel = true;
         MinimizeToTray(ctx);
         return;
     }
-    ctx.Unloading = true;
-    ctx.StopRequested = true;
-    if (ctx.MenuHooked)
+    ctx.shell.Unloading = true;
+    ctx.check.StopRequested = true;
+    if (ctx.shell.MenuHooked)
         ReleaseMenus(ctx);
     ReleasePopClient(ctx);
     v.tray().remove();
@@ -193,7 +193,7 @@ void Form_Unload(AppContext& ctx, bool& Cancel) {
     }
     setting::saveText(settings, setting::SectionOptions, "SortColumnLastUsed",
                       ctx.options.SortColumnLastUsed);
-    setting::saveInt(settings, setting::SectionOptions, "SortOrder", ctx.SortDescending);
+    setting::saveInt(settings, setting::SectionOptions, "SortOrder", ctx.list.SortDescending);
 
     UnloadSecondaryWindows(ctx);
 
@@ -210,14 +210,14 @@ void MinimizeToTray(AppContext& ctx) {
 
 void mnuTrayShow_Click(AppContext& ctx) {
     MainView& v = *ctx.view;
-    v.tray().modify({TrayPlain}, ctx.AppTitle);
+    v.tray().modify({TrayPlain}, ctx.shell.AppTitle);
     v.setWindowState(WindowState::Normal);
     v.showWindow();
     ShowSecondaryWindows(ctx);
 }
 
 void mnuTrayQuitApplication_Click(AppContext& ctx) {
-    ctx.QuitRequested = true;
+    ctx.shell.QuitRequested = true;
     bool cancel = false;
     Form_Unload(ctx, cancel);
     if (!cancel)
@@ -232,7 +232,7 @@ void mnuTrayAutoCheck_Click(AppContext& ctx) {
     } else {
         working.UseInterval = 1;
     }
-    ctx.NoCheckPostponed = false;
+    ctx.check.NoCheckPostponed = false;
     SaveOptions(ctx, working);
 }
 

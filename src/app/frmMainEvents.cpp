@@ -1,11 +1,11 @@
 #include "app/frmMainEvents.h"
 
-#include "app/AppContext.h"
 #include "app/Gate.h"
 #include "app/Pages.h"
 #include "app/frmMain.h"
 #include "checking/CheckCycle.h"
 #include "checking/PopSession.h"
+#include "context/AppContext.h"
 #include "messages/MessageList.h"
 #include "platform/Controls.h"
 #include "platform/MainView.h"

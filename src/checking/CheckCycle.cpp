@@ -1,10 +1,10 @@
 #include "checking/CheckCycle.h"
 
-#include "app/AppContext.h"
-#include "app/Pages.h"
 #include "checking/Notification.h"
 #include "checking/PopSession.h"
 #include "checking/Schedule.h"
+#include "context/AppContext.h"
+#include "context/ShellCalls.h"
 #include "messages/MessageList.h"
 #include "platform/Controls.h"
 #include "platform/EventPump.h"
@@ -27,15 +27,15 @@ QString Plural(int count, const char* one, const char* many) {
 // the Auto Check Message collected as it goes.
 void TimedWalk(AppContext& ctx, bool& anyNew, bool& anyMessages) {
     QString lines;
-    ctx.AccountInfoLines = 0;
-    ctx.TotalMessages = ctx.TotalNew = 0;
+    ctx.check.AccountInfoLines = 0;
+    ctx.check.TotalMessages = ctx.check.TotalNew = 0;
     anyNew = anyMessages = false;
     const int remembered = ctx.accounts.AcntCurrent;
     SetCheckingInterface(ctx, false, true);
     for (int n = 1; n <= ctx.accounts.AcntNum; ++n) {
         const Account& a = ctx.accounts[n];
         if (a.AcntEnabled == 1) {
-            if (ctx.StopRequested) {
+            if (ctx.check.StopRequested) {
                 ctx.view->status().setProgressVisible(false);
                 break;
             }
@@ -43,14 +43,14 @@ void TimedWalk(AppContext& ctx, bool& anyNew, bool& anyMessages) {
                 SelectEmailTab(ctx, n);
             CheckAccount(ctx, n);
             lines += QString(6, QLatin1Char(' ')) + a.AcntStatusText + CRLF;
-            ++ctx.AccountInfoLines;
+            ++ctx.check.AccountInfoLines;
         }
         anyMessages = anyMessages || a.AcntHasMessages;
         anyNew = anyNew || a.AcntHasNew;
     }
-    ctx.AccountInfoText = QStringLiteral("Account Information:") + CRLF + lines;
+    ctx.check.AccountInfoText = QStringLiteral("Account Information:") + CRLF + lines;
     ctx.accounts.AcntCurrent = remembered;
-    ctx.AcntLastShown = 0;
+    ctx.list.AcntLastShown = 0;
     SelectEmailTab(ctx, remembered);
 }
 
@@ -68,7 +68,7 @@ void CheckAccount(AppContext& ctx, int account) {
         a.AcntStatusText = QStringLiteral("%1 - %2 Message").arg(a.AcntName).arg(a.AcntMsgCount);
     else if (a.AcntConnected && a.AcntMsgCount == 0)
         a.AcntStatusText = a.AcntName + QStringLiteral(" - No Messages");
-    else if (ctx.StopRequested)
+    else if (ctx.check.StopRequested)
         a.AcntStatusText = a.AcntName + QStringLiteral(" - User Stopped Retrieval");
     else
         a.AcntStatusText = a.AcntName + QStringLiteral(" - Error Accessing Account");
@@ -83,7 +83,7 @@ void CheckAccount(AppContext& ctx, int account) {
         if (a.AcntEnabled != 0)
             NextAutoCheck(ctx, 0);
     } else {
-        ctx.NextCheckText = QStringLiteral("Auto Check Off");
+        ctx.check.NextCheckText = QStringLiteral("Auto Check Off");
     }
     ShowAccountMessages(ctx, account);
 }
@@ -92,12 +92,12 @@ void CheckAllAccounts(AppContext& ctx) {
     const int remembered = ctx.accounts.AcntCurrent;
     EndStartUpCountdown(ctx);
     SuspendAutoCheck(ctx, "Suspend");
-    ctx.NoCheckPostponed = false;
-    ctx.StopRequested = false;
+    ctx.check.NoCheckPostponed = false;
+    ctx.check.StopRequested = false;
     SetCheckingInterface(ctx, false, true);
     int checked = 0;
     for (int n = 1; n <= ctx.accounts.AcntNum; ++n) {
-        if (ctx.StopRequested) {
+        if (ctx.check.StopRequested) {
             ctx.view->status().setProgressVisible(false);
             ++checked; // a stopped walk is no walk without accounts
             break;
@@ -114,7 +114,7 @@ void CheckAllAccounts(AppContext& ctx) {
     PlayCheckSound(ctx, 0);
     SuspendAutoCheck(ctx, "Restore");
     if (checked == 0) {
-        ctx.svc.boxes->show(ctx.AppTitle + QStringLiteral(" - No Accounts Checked"),
+        ctx.svc.boxes->show(ctx.shell.AppTitle + QStringLiteral(" - No Accounts Checked"),
                             QStringLiteral("No Accounts were checked for messags!") +
                                 QString(10, QLatin1Char(' ')) + CRLF + CRLF +
                                 QStringLiteral("Only Enabled Accounts are checked with") + CRLF +
@@ -122,7 +122,7 @@ void CheckAllAccounts(AppContext& ctx) {
                                 QStringLiteral("See the Accounts page.") + CRLF,
                             BoxIcon::Information, BoxButtons::Ok);
     }
-    ctx.StopRequested = false;
+    ctx.check.StopRequested = false;
     ctx.view->setBusyCursor(false);
     ReportIncompleteAccounts(ctx);
     ShowRuleReport(ctx);
@@ -131,14 +131,14 @@ void CheckAllAccounts(AppContext& ctx) {
 void CheckSingleAccount(AppContext& ctx) {
     EndStartUpCountdown(ctx);
     SuspendAutoCheck(ctx, "Suspend");
-    ctx.NoCheckPostponed = false;
-    ctx.StopRequested = false;
+    ctx.check.NoCheckPostponed = false;
+    ctx.check.StopRequested = false;
     SetCheckingInterface(ctx, false, true);
     CheckAccount(ctx, ctx.accounts.AcntCurrent);
     SetCheckingInterface(ctx, true, true);
     PlayCheckSound(ctx, ctx.accounts.AcntCurrent);
     SuspendAutoCheck(ctx, "Restore");
-    ctx.StopRequested = false;
+    ctx.check.StopRequested = false;
     ctx.view->setBusyCursor(false);
     ReportIncompleteAccounts(ctx);
     ShowRuleReport(ctx);
@@ -164,7 +164,7 @@ void StartUpCheckAccounts(AppContext& ctx) {
     TimedWalk(ctx, anyNew, anyMessages);
     if (ctx.options.UseInterval == 1) {
         NextAutoCheck(ctx, 1);
-        ctx.view->status().setPanelText(4, ctx.NextCheckText);
+        ctx.view->status().setPanelText(4, ctx.check.NextCheckText);
     }
     SetCheckingInterface(ctx, true, true);
     SuspendAutoCheck(ctx, "Restore");
@@ -185,10 +185,10 @@ void ReportIncompleteAccounts(AppContext& ctx) {
         return;
     const QString word = Plural(count, "Account", "Accounts");
     ctx.svc.boxes->show(
-        ctx.AppTitle + QStringLiteral(" - Message DownLoad Error"),
+        ctx.shell.AppTitle + QStringLiteral(" - Message DownLoad Error"),
         QStringLiteral("The following ") + word + QStringLiteral(" may not have completely") +
             QString(15, QLatin1Char(' ')) + CRLF + QStringLiteral("downloaded all messages.") +
-            CRLF + ctx.IncompleteAccounts + CRLF +
+            CRLF + ctx.check.IncompleteAccounts + CRLF +
             QStringLiteral("This may be due to a lost connection or a") + CRLF +
             QStringLiteral("Connection TimeOut if the message was large.") + CRLF +
             QStringLiteral("Try checking the ") + word + QStringLiteral(" again.") + CRLF + CRLF +
@@ -197,7 +197,7 @@ void ReportIncompleteAccounts(AppContext& ctx) {
             QStringLiteral("Please Note: Before re-checking you may need to") + CRLF +
             QStringLiteral("temporarily turn off 'Allow Quick Checking'."),
         BoxIcon::Critical, BoxButtons::Ok);
-    ctx.IncompleteAccounts.clear();
+    ctx.check.IncompleteAccounts.clear();
 }
 
 void SuspendAutoCheck(AppContext& ctx, const QString& action) {
@@ -206,22 +206,22 @@ void SuspendAutoCheck(AppContext& ctx, const QString& action) {
     const bool suspend = action == QLatin1String("Suspend");
     if (!suspend && action != QLatin1String("Restore"))
         return;
-    ctx.tmrMailTime->setEnabled(!suspend);
-    ctx.tmrStatusBar->setEnabled(suspend);
+    ctx.check.tmrMailTime->setEnabled(!suspend);
+    ctx.shell.tmrStatusBar->setEnabled(suspend);
 }
 
 void SetCheckingInterface(AppContext& ctx, bool enabled, bool showStop) {
     MainView& v = *ctx.view;
-    ctx.InterfaceHeld = !enabled;
+    ctx.check.InterfaceHeld = !enabled;
     v.setVisible(Element("tbrButtons", 14), false);
     if (enabled) {
-        ctx.tmrRetrieveMessage->setEnabled(false);
+        ctx.check.tmrRetrieveMessage->setEnabled(false);
         v.setVisible(Element("tbrButtons", 1), false);
-        ShowPage(ctx, ctx.CurrentPage);
+        ShowPage(ctx, ctx.shell.CurrentPage);
     } else {
         v.setCaption(Element("tbrButtons", 1), "Stop Retrieval      ");
         v.setVisible(Element("tbrButtons", 1), showStop);
-        if (!ctx.TestInProgress)
+        if (!ctx.check.TestInProgress)
             ShowPage(ctx, 0);
     }
     for (const char* control :

@@ -1,7 +1,7 @@
 #include "checking/Notification.h"
 
-#include "app/AppContext.h"
 #include "checking/frmMessage.h"
+#include "context/AppContext.h"
 #include "options/Setting.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/EventPump.h"
@@ -36,11 +36,13 @@ std::optional<QString> Headline(AppContext& ctx, bool anyNew, bool anyMessages) 
     case 0:
         if (!anyNew)
             return std::nullopt;
-        return QStringLiteral("%1 New Message(s) found at %2").arg(ctx.TotalNew).arg(time);
+        return QStringLiteral("%1 New Message(s) found at %2").arg(ctx.check.TotalNew).arg(time);
     case 1:
     case 2:
         if (anyMessages)
-            return QStringLiteral("%1 Message(s) found at %2").arg(ctx.TotalMessages).arg(time);
+            return QStringLiteral("%1 Message(s) found at %2")
+                .arg(ctx.check.TotalMessages)
+                .arg(time);
         if (ctx.options.ShowEmail == 1)
             return std::nullopt;
         return QStringLiteral("No Message(s) found at ") + time;
@@ -58,13 +60,13 @@ void NotifyDesktop(AppContext& ctx, bool anyNew, bool anyMessages) {
         return;
     const std::optional<QString> headline = Headline(ctx, anyNew, anyMessages);
     if (headline && notifier->available())
-        notifier->notify(ctx.AppTitle, *headline);
+        notifier->notify(ctx.shell.AppTitle, *headline);
 }
 
 } // namespace
 
 void AnnounceCheck(AppContext& ctx, bool anyNew, bool anyMessages) {
-    ctx.AutoCheckHeadline = QString();
+    ctx.check.AutoCheckHeadline = QString();
     NotifyDesktop(ctx, anyNew, anyMessages);
     if (ctx.options.ShowEmailMsgBox == 0 && ctx.options.PlaySound == 0)
         return;
@@ -73,14 +75,14 @@ void AnnounceCheck(AppContext& ctx, bool anyNew, bool anyMessages) {
         // Nothing to tell: no message, and no sound either.
         if (!headline)
             return;
-        ctx.AutoCheckHeadline = *headline;
+        ctx.check.AutoCheckHeadline = *headline;
         frmMessage::Show(ctx, *headline);
     }
     PlayCheckSound(ctx, 0);
 }
 
 void PlayCheckSound(AppContext& ctx, int account) {
-    if (!ctx.SoundMaster || ctx.options.PlaySound == 0)
+    if (!ctx.shell.SoundMaster || ctx.options.PlaySound == 0)
         return;
     const AccountStore& acc = ctx.accounts;
     if (account > 0) {
@@ -95,7 +97,7 @@ void PlayCheckSound(AppContext& ctx, int account) {
         if (a.AcntEnabled != 1 || !PassesShowEmail(ctx, a))
             continue;
         // The default sound plays once, whatever the number of accounts.
-        if (ctx.DefaultSoundValid) {
+        if (ctx.shell.DefaultSoundValid) {
             PlaySoundFile(ctx, n);
             return;
         }
@@ -107,17 +109,17 @@ void PlayCheckSound(AppContext& ctx, int account) {
 void PlaySoundFile(AppContext& ctx, int account) {
     const Account& a = ctx.accounts[account];
     if (a.AcntConnected) {
-        if (ctx.DefaultSoundValid)
+        if (ctx.shell.DefaultSoundValid)
             PlayWave(ctx, ctx.options.DefaultSound);
         else if (a.AcntSoundValid)
             PlayWave(ctx, a.AcntSound);
-    } else if (a.AcntSoundOn == 1 && ctx.SoundMaster) {
+    } else if (a.AcntSoundOn == 1 && ctx.shell.SoundMaster) {
         PlayWave(ctx, ErrorSoundPath(ctx));
     }
 }
 
 void PlayWave(AppContext& ctx, const QString& path) {
-    if (ctx.Unloading)
+    if (ctx.shell.Unloading)
         return;
     // One of the three places the program yields by itself.
     ctx.svc.events->DoEvents();

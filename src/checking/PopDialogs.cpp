@@ -1,7 +1,7 @@
 #include "checking/PopDialogs.h"
 
-#include "app/AppContext.h"
-#include "app/Product.h"
+#include "context/AppContext.h"
+#include "context/Product.h"
 #include "platform/Failure.h"
 #include "platform/MessageBoxes.h"
 #include "platform/PopClient.h"
@@ -28,7 +28,7 @@ QString Head(AppContext& ctx, int account, int number, const QString& text) {
 
 void ShowConnectionError(AppContext& ctx, int account, int number, QString text,
                          const QString& title) {
-    if (ctx.Unloading)
+    if (ctx.shell.Unloading)
         return;
     if (number > 10000 && number < 30000) {
         if (number == PopError::ConnectionReset)
@@ -50,13 +50,13 @@ void ShowConnectionError(AppContext& ctx, int account, int number, QString text,
         CRLF +
         QStringLiteral("For further assistance please try Help or contact your Service Provider") +
         CRLF + QStringLiteral("if this problem persists.") + CRLF + CRLF;
-    ctx.svc.boxes->show(ctx.AppTitle + QStringLiteral(" - ") + title, message, BoxIcon::Critical,
-                        BoxButtons::Ok);
+    ctx.svc.boxes->show(ctx.shell.AppTitle + QStringLiteral(" - ") + title, message,
+                        BoxIcon::Critical, BoxButtons::Ok);
 }
 
 void ShowUnexpectedError(AppContext& ctx, int account, int number, const QString& text,
                          const QString& title) {
-    if (ctx.Unloading)
+    if (ctx.shell.Unloading)
         return;
     const QString message =
         Head(ctx, account, number, text) +
@@ -69,12 +69,12 @@ void ShowUnexpectedError(AppContext& ctx, int account, int number, const QString
             "the Title Bar text and any relevant details that might assist in tracking the") +
         CRLF + QStringLiteral("cause of this error. Thank you for your assistance.") + CRLF + CRLF +
         QStringLiteral("Email: ") + Product::SupportAddress() + CRLF + CRLF;
-    ctx.svc.boxes->show(ctx.AppTitle + QStringLiteral(" - ") + title, message, BoxIcon::Critical,
-                        BoxButtons::Ok);
+    ctx.svc.boxes->show(ctx.shell.AppTitle + QStringLiteral(" - ") + title, message,
+                        BoxIcon::Critical, BoxButtons::Ok);
 }
 
 int ClientErrorNumber(const AppContext& ctx, const Failure& failure) {
-    const int last = ctx.PopClient ? ctx.PopClient->LastError() : 0;
+    const int last = ctx.check.PopClient ? ctx.check.PopClient->LastError() : 0;
     // A stale number from an earlier call must not dress up a failure of
     // our own as the client's.
     return last > 0 && last == failure.number ? last : 0;
@@ -82,13 +82,13 @@ int ClientErrorNumber(const AppContext& ctx, const Failure& failure) {
 
 void ShowFailure(AppContext& ctx, int account, const Failure& failure, const QString& title) {
     if (const int number = ClientErrorNumber(ctx, failure); number > 0)
-        ShowConnectionError(ctx, account, number, ctx.PopClient->ErrorText(), title);
+        ShowConnectionError(ctx, account, number, ctx.check.PopClient->ErrorText(), title);
     else
         ShowUnexpectedError(ctx, account, failure.number, failure.description, title);
 }
 
 void ShowTestSucceeded(AppContext& ctx) {
-    ctx.svc.boxes->show(ctx.AppTitle + QStringLiteral(" - Test Connection Successfull"),
+    ctx.svc.boxes->show(ctx.shell.AppTitle + QStringLiteral(" - Test Connection Successfull"),
                         QStringLiteral("The Connection Succeeded.") + CRLF + CRLF +
                             QStringLiteral("You should be able to connect to your") + Blanks(15) +
                             CRLF + QStringLiteral("Mail Server to check for messages.") + CRLF +

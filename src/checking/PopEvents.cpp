@@ -1,7 +1,7 @@
 #include "checking/PopEvents.h"
 
-#include "app/AppContext.h"
 #include "checking/PopSession.h"
+#include "context/AppContext.h"
 #include "platform/MainView.h"
 #include "platform/RuntimeErrors.h"
 
@@ -11,12 +11,12 @@
 namespace velmora {
 
 void PopEventHandler::Connected() {
-    ctx.PopConnected = true;
+    ctx.check.PopConnected = true;
 }
 
 void PopEventHandler::Progress(qint64 position, qint64 total) {
     position = qMin(position, total);
-    if (ctx.StopRequested) {
+    if (ctx.check.StopRequested) {
         // Tearing the line down makes the fetch fail; the capture's failure
         // handling sees the stop and stays silent.
         CloseConnection(ctx);
@@ -30,34 +30,34 @@ void PopEventHandler::Progress(qint64 position, qint64 total) {
     ctx.view->status().setPanelText(3,
                                     QStringLiteral("%1 % Complete").arg(std::nearbyint(percent)));
     ctx.view->status().setPanelText(4, QStringLiteral("Retrieving... (%1 of %2)")
-                                           .arg(ctx.ReceivedCount)
-                                           .arg(ctx.PopClient->Messages().Count()));
+                                           .arg(ctx.check.ReceivedCount)
+                                           .arg(ctx.check.PopClient->Messages().Count()));
 }
 
 void PopEventHandler::Received(PopMessage&) {
-    if (ctx.ReceivedCount == std::numeric_limits<qint16>::max())
+    if (ctx.check.ReceivedCount == std::numeric_limits<qint16>::max())
         throw Failure{RuntimeError::Overflow, QStringLiteral("Overflow")};
-    ++ctx.ReceivedCount;
+    ++ctx.check.ReceivedCount;
 }
 
 void tmrRetrieveMessage_Timer(AppContext& ctx) {
-    ++ctx.AnimationFrame;
-    if (ctx.AnimationFrame > 8)
-        ctx.AnimationFrame = 1;
+    ++ctx.check.AnimationFrame;
+    if (ctx.check.AnimationFrame > 8)
+        ctx.check.AnimationFrame = 1;
     // Image 15 minus the frame: the spin runs backward, MailSpin8 to 1.
-    const QString key = QStringLiteral("MailSpin%1").arg(9 - ctx.AnimationFrame);
+    const QString key = QStringLiteral("MailSpin%1").arg(9 - ctx.check.AnimationFrame);
     MainView& v = *ctx.view;
-    if (ctx.TestInProgress)
+    if (ctx.check.TestInProgress)
         v.tabs(TabStrip::Accounts).setImage(ctx.accounts.AcntCurrent, key);
     else
         v.tabs(TabStrip::Email).setImage(v.tabs(TabStrip::Email).selected(), key);
-    if (ctx.StopRequested) {
+    if (ctx.check.StopRequested) {
         v.setCaption("tbrButtons(1)", "Terminating...      ");
         v.status().setProgressVisible(false);
         v.status().setPanelText(1, "Terminating Connection...Please Wait");
-        v.status().setPanelText(4,
-                                QStringLiteral("Stopping Retrieve... %1").arg(ctx.ReceivedCount));
-        ctx.tmrRetrieveMessage->setEnabled(false);
+        v.status().setPanelText(
+            4, QStringLiteral("Stopping Retrieve... %1").arg(ctx.check.ReceivedCount));
+        ctx.check.tmrRetrieveMessage->setEnabled(false);
     }
 }
 

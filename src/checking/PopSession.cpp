@@ -1,10 +1,10 @@
 #include "checking/PopSession.h"
 
-#include "app/AppContext.h"
 #include "checking/CheckCycle.h"
 #include "checking/PopDialogs.h"
 #include "checking/PopEvents.h"
 #include "checking/Schedule.h"
+#include "context/AppContext.h"
 #include "messages/Capture.h"
 #include "platform/MainView.h"
 #include "platform/PopClient.h"
@@ -17,24 +17,24 @@
 namespace velmora {
 
 void CreatePopClient(AppContext& ctx) {
-    if (!ctx.PopEvents)
-        ctx.PopEvents = std::make_unique<PopEventHandler>(ctx);
-    ctx.PopClient = ctx.svc.pop->create();
-    ctx.PopClient->setNotification(ctx.PopEvents.get());
+    if (!ctx.check.PopEvents)
+        ctx.check.PopEvents = std::make_unique<PopEventHandler>(ctx);
+    ctx.check.PopClient = ctx.svc.pop->create();
+    ctx.check.PopClient->setNotification(ctx.check.PopEvents.get());
 }
 
 void ReleasePopClient(AppContext& ctx) {
     // The client may be inside a blocking call when the program ends: its
     // line is dropped and the object kept until that call has returned.
-    if (ctx.PopClient) {
-        ctx.PopClient->Abort();
-        ctx.RetiredPopClients.push_back(std::move(ctx.PopClient));
+    if (ctx.check.PopClient) {
+        ctx.check.PopClient->Abort();
+        ctx.check.RetiredPopClients.push_back(std::move(ctx.check.PopClient));
     }
 }
 
 void ReplacePopClient(AppContext& ctx) {
-    if (ctx.PopClient)
-        ctx.RetiredPopClients.push_back(std::move(ctx.PopClient));
+    if (ctx.check.PopClient)
+        ctx.check.RetiredPopClients.push_back(std::move(ctx.check.PopClient));
     CreatePopClient(ctx);
 }
 
@@ -55,14 +55,14 @@ qint32 PortNumber(const QString& text) {
 
 void PrepareConnection(AppContext& ctx, int account) {
     // A client dropped by a stop is out of its call by now.
-    ctx.RetiredPopClients.clear();
+    ctx.check.RetiredPopClients.clear();
     const Account& a = ctx.accounts[account];
     ctx.view->setBusyCursor(true);
-    ctx.tmrRetrieveMessage->setEnabled(true);
-    if (!ctx.TestInProgress)
+    ctx.check.tmrRetrieveMessage->setEnabled(true);
+    if (!ctx.check.TestInProgress)
         ctx.view->status().setPanelText(1,
                                         a.AcntName + QStringLiteral(" - Connection in Progress"));
-    PopClient& client = *ctx.PopClient;
+    PopClient& client = *ctx.check.PopClient;
     client.setSecurity(a.AcntSecure == 1 ? PopClient::SecurityImplicitTls
                                          : PopClient::SecurityNone);
     client.setTimeout(ctx.options.ConnectTimeOut);
@@ -71,26 +71,26 @@ void PrepareConnection(AppContext& ctx, int account) {
     client.setLogin(a.AcntLoginID);
     client.setPassword(a.AcntPassword);
     client.setBlocking(true);
-    ctx.PopConnected = false;
+    ctx.check.PopConnected = false;
 }
 
 void CloseConnection(AppContext& ctx) {
-    ctx.tmrRetrieveMessage->setEnabled(false);
+    ctx.check.tmrRetrieveMessage->setEnabled(false);
     ctx.view->setBusyCursor(false);
     ctx.view->status().setProgressVisible(false);
-    if (ctx.PopClient)
-        ctx.PopClient->Disconnect();
+    if (ctx.check.PopClient)
+        ctx.check.PopClient->Disconnect();
 }
 
 void TestConnection(AppContext& ctx, int account) {
-    if (!ctx.PopClient)
+    if (!ctx.check.PopClient)
         return;
     try {
         PrepareConnection(ctx, account);
-        ctx.PopClient->Connect();
-        ctx.PopClient->Messages().ListMessages();
+        ctx.check.PopClient->Connect();
+        ctx.check.PopClient->Messages().ListMessages();
         CloseConnection(ctx);
-        if (ctx.PopConnected)
+        if (ctx.check.PopConnected)
             ShowTestSucceeded(ctx);
     } catch (const Failure& failure) {
         CloseConnection(ctx);
@@ -125,19 +125,19 @@ bool SilencedConnectError(int number) {
 } // namespace
 
 void RetrieveAccount(AppContext& ctx, int account) {
-    if (!ctx.PopClient)
+    if (!ctx.check.PopClient)
         return;
     Account& a = ctx.accounts[account];
     try {
         PrepareConnection(ctx, account);
-        ctx.PopClient->Connect();
-        if (!ctx.PopConnected)
+        ctx.check.PopClient->Connect();
+        if (!ctx.check.PopConnected)
             return;
         a.AcntConnected = true;
         if (ctx.view->windowState() != WindowState::Minimized)
             ctx.view->status().setProgressVisible(true);
         ProcessMessages(ctx, account);
-        if (!ctx.StopRequested) {
+        if (!ctx.check.StopRequested) {
             CloseConnection(ctx);
             return;
         }
@@ -155,7 +155,7 @@ void RetrieveAccount(AppContext& ctx, int account) {
 void TestAccountConnection(AppContext& ctx) {
     EndStartUpCountdown(ctx);
     SuspendAutoCheck(ctx, "Suspend");
-    ctx.TestInProgress = true;
+    ctx.check.TestInProgress = true;
     SetCheckingInterface(ctx, false, false);
     const int account = ctx.accounts.AcntCurrent;
     TestConnection(ctx, account);
@@ -163,8 +163,8 @@ void TestAccountConnection(AppContext& ctx) {
     SuspendAutoCheck(ctx, "Restore");
     // The highest-numbered account's text, whichever account is shown.
     ctx.view->status().setPanelText(3, ctx.accounts[ctx.accounts.AcntNum].AcntLastCheckText);
-    ctx.view->status().setPanelText(4, ctx.NextCheckText);
-    ctx.TestInProgress = false;
+    ctx.view->status().setPanelText(4, ctx.check.NextCheckText);
+    ctx.check.TestInProgress = false;
 }
 
 } // namespace velmora

@@ -1,9 +1,8 @@
 #include "checking/Schedule.h"
 
-#include "app/AppContext.h"
-#include "app/StatusBar.h"
-#include "app/Tray.h"
 #include "checking/CheckCycle.h"
+#include "context/AppContext.h"
+#include "context/ShellCalls.h"
 #include "platform/MainView.h"
 
 namespace velmora {
@@ -34,8 +33,8 @@ void NextAutoCheck(AppContext& ctx, int extraMinutes) {
         QStringLiteral("Auto Check at ") + ctx.format(QDateTime(day, t), "h:mm AM/PM");
 
     if (ctx.options.NoCheck != 1) {
-        ctx.NextCheckText = atT;
-        ctx.NextCheckTime = candidate;
+        ctx.check.NextCheckText = atT;
+        ctx.check.NextCheckTime = candidate;
     } else {
         const QTime begin = OptionTime(ctx.options.NoCheckTimeBegin);
         const QTime end = OptionTime(ctx.options.NoCheckTimeEnd);
@@ -49,40 +48,40 @@ void NextAutoCheck(AppContext& ctx, int extraMinutes) {
             endText = ctx.format(tomorrowEnd, "dd/mm/yy-") + ctx.format(tomorrowEnd, "hh:mm");
         }
         const bool outside = candidate > endText || candidate < beginText || beginText == endText;
-        if (outside || ctx.NoCheckPostponed) {
-            ctx.NextCheckText = atT;
-            ctx.NextCheckTime = candidate;
-            ctx.NoCheckPostponed = false;
+        if (outside || ctx.check.NoCheckPostponed) {
+            ctx.check.NextCheckText = atT;
+            ctx.check.NextCheckTime = candidate;
+            ctx.check.NoCheckPostponed = false;
         } else {
-            ctx.NextCheckText =
+            ctx.check.NextCheckText =
                 QStringLiteral("Auto Check at ") + ctx.format(QDateTime(day, end), "h:mm AM/PM");
-            ctx.NextCheckTime = endText;
-            ctx.NoCheckPostponed = true;
+            ctx.check.NextCheckTime = endText;
+            ctx.check.NoCheckPostponed = true;
         }
     }
-    ctx.SavedNextCheckText = ctx.NextCheckText;
-    ctx.SavedNextCheckTime = ctx.NextCheckTime;
+    ctx.check.SavedNextCheckText = ctx.check.NextCheckText;
+    ctx.check.SavedNextCheckTime = ctx.check.NextCheckTime;
 }
 
 void SetAutoCheckTimers(AppContext& ctx) {
     const bool on = ctx.options.UseInterval == 1;
-    ctx.tmrMailTime->setEnabled(on);
-    ctx.tmrStatusBar->setEnabled(!on);
+    ctx.check.tmrMailTime->setEnabled(on);
+    ctx.shell.tmrStatusBar->setEnabled(!on);
     ctx.view->setCaption("mnuTrayAutoCheck",
                          on ? "&Auto Check - On|#AutoCheckOn" : "&Auto Check - Off|#AutoCheckOff");
     if (!on)
-        ctx.NextCheckText = QStringLiteral("Auto Check Off");
+        ctx.check.NextCheckText = QStringLiteral("Auto Check Off");
 }
 
 void tmrMailTime_Timer(AppContext& ctx) {
     UpdateClockPanel(ctx);
     if (ctx.accounts.AcntNum == 0)
         return;
-    ctx.CurrentTime = ctx.format(ctx.now(), "dd/mm/yy-hh:mm");
+    ctx.check.CurrentTime = ctx.format(ctx.now(), "dd/mm/yy-hh:mm");
     // Compared as text, day first: across a month end the order is not the
     // order of time, and a check then fires at once.
-    if (ctx.NextCheckTime.compare(ctx.CurrentTime, Qt::CaseInsensitive) <= 0) {
-        ctx.StopRequested = false;
+    if (ctx.check.NextCheckTime.compare(ctx.check.CurrentTime, Qt::CaseInsensitive) <= 0) {
+        ctx.check.StopRequested = false;
         AutoCheckAccounts(ctx);
         ctx.view->setBusyCursor(false);
     }
@@ -90,54 +89,54 @@ void tmrMailTime_Timer(AppContext& ctx) {
 }
 
 void tmrMailStartUp_Timer(AppContext& ctx) {
-    ctx.view->status().setPanelText(
-        3,
-        QStringLiteral("StartUp Check: %1 sec").arg(ctx.options.StartUpDelay - ctx.StartUpSeconds));
-    ++ctx.StartUpSeconds;
-    if (ctx.StartUpSeconds > ctx.options.StartUpDelay) {
-        ctx.StartUpDone = true;
+    ctx.view->status().setPanelText(3,
+                                    QStringLiteral("StartUp Check: %1 sec")
+                                        .arg(ctx.options.StartUpDelay - ctx.check.StartUpSeconds));
+    ++ctx.check.StartUpSeconds;
+    if (ctx.check.StartUpSeconds > ctx.options.StartUpDelay) {
+        ctx.check.StartUpDone = true;
         ctx.view->setVisible(kPauseButton, false);
-        ctx.tmrMailStartUp->setEnabled(false);
-        ctx.StopRequested = false;
+        ctx.check.tmrMailStartUp->setEnabled(false);
+        ctx.check.StopRequested = false;
         StartUpCheckAccounts(ctx);
         ctx.view->setBusyCursor(false);
     }
 }
 
 void EndStartUpCountdown(AppContext& ctx) {
-    if (ctx.StartUpDone)
+    if (ctx.check.StartUpDone)
         return;
-    ctx.tmrMailStartUp->setEnabled(false);
+    ctx.check.tmrMailStartUp->setEnabled(false);
     ctx.view->setVisible(kPauseButton, false);
     // The highest-numbered account's text, whichever account is shown.
     ctx.view->status().setPanelText(3, ctx.accounts[ctx.accounts.AcntNum].AcntLastCheckText);
-    ctx.view->status().setPanelText(4, ctx.NextCheckText);
-    ctx.StartUpDone = true;
+    ctx.view->status().setPanelText(4, ctx.check.NextCheckText);
+    ctx.check.StartUpDone = true;
 }
 
 void ToggleStartUpPause(AppContext& ctx) {
-    ctx.StartUpPaused = !ctx.StartUpPaused;
-    if (ctx.StartUpPaused) {
+    ctx.check.StartUpPaused = !ctx.check.StartUpPaused;
+    if (ctx.check.StartUpPaused) {
         ctx.view->setCaption(kPauseButton, "StartUp: Continue   ");
         ctx.view->setToolTip(kPauseButton, "Continue the StartUp Check Timer");
-        ctx.tmrMailStartUp->setEnabled(false);
+        ctx.check.tmrMailStartUp->setEnabled(false);
     } else {
         ctx.view->setCaption(kPauseButton, "StartUp: Pause       ");
         ctx.view->setToolTip(kPauseButton, "Pause the StartUp Check Timer");
-        ctx.tmrMailStartUp->setEnabled(true);
+        ctx.check.tmrMailStartUp->setEnabled(true);
     }
 }
 
 void SuspendStartUpTimer(AppContext& ctx, const QString& action) {
-    if (ctx.options.EmailCheckStartUp == 0 || ctx.StartUpDone)
+    if (ctx.options.EmailCheckStartUp == 0 || ctx.check.StartUpDone)
         return;
     if (action == QLatin1String("Suspend")) {
-        ctx.StartUpTimerWasOn = ctx.tmrMailStartUp->isEnabled();
-        ctx.StartUpPaused = false;
+        ctx.check.StartUpTimerWasOn = ctx.check.tmrMailStartUp->isEnabled();
+        ctx.check.StartUpPaused = false;
         ctx.view->setEnabled(kPauseButton, false);
         ToggleStartUpPause(ctx);
     } else if (action == QLatin1String("Restore")) {
-        ctx.StartUpPaused = ctx.StartUpTimerWasOn;
+        ctx.check.StartUpPaused = ctx.check.StartUpTimerWasOn;
         ctx.view->setEnabled(kPauseButton, true);
         ToggleStartUpPause(ctx);
     }

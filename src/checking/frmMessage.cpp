@@ -1,7 +1,7 @@
 #include "checking/frmMessage.h"
 
-#include "app/AppContext.h"
 #include "checking/CheckCycle.h"
+#include "context/AppContext.h"
 #include "platform/MessageView.h"
 
 namespace velmora::frmMessage {
@@ -13,11 +13,11 @@ constexpr int kMaxLines = 16;
 } // namespace
 
 void Show(AppContext& ctx, const QString& headline) {
-    if (ctx.Unloading)
+    if (ctx.shell.Unloading)
         return;
-    if (ctx.AutoMessageOpen)
+    if (ctx.shell.AutoMessageOpen)
         Unload(ctx);
-    AppContext::MessageForm& form = ctx.frmMessage;
+    CheckState::MessageForm& form = ctx.check.frmMessage;
     form.view = ctx.svc.windows->createMessageView();
     if (!form.timer) {
         form.timer = ctx.svc.timers->create();
@@ -28,14 +28,14 @@ void Show(AppContext& ctx, const QString& headline) {
     v.setOnClose([&ctx] { Unload(ctx); });
 
     SuspendAutoCheck(ctx, "Suspend");
-    ctx.AutoMessageOpen = true;
-    v.setCaption(ctx.AppTitle + QStringLiteral(":  Auto Check - ") +
+    ctx.shell.AutoMessageOpen = true;
+    v.setCaption(ctx.shell.AppTitle + QStringLiteral(":  Auto Check - ") +
                  ctx.format(ctx.now(), "mmmm d, yyyy"));
     v.setHeadline(headline);
-    if (ctx.AccountInfoLines < kMaxLines)
-        v.setAccountLines(ctx.AccountInfoText, ctx.AccountInfoLines);
+    if (ctx.check.AccountInfoLines < kMaxLines)
+        v.setAccountLines(ctx.check.AccountInfoText, ctx.check.AccountInfoLines);
     else
-        v.setAccountLines(ctx.AccountInfoText + QStringLiteral("\r\nmore Accounts..."),
+        v.setAccountLines(ctx.check.AccountInfoText + QStringLiteral("\r\nmore Accounts..."),
                           kMaxLines + 1);
     // 0 seconds keeps the message up until it is closed by hand.
     if (ctx.options.MsgBoxTime == 0) {
@@ -48,14 +48,14 @@ void Show(AppContext& ctx, const QString& headline) {
         v.setCountdownVisible(true);
         v.setCountdown(form.remaining);
     }
-    v.setNextCheck(QStringLiteral("Next ") + ctx.NextCheckText);
+    v.setNextCheck(QStringLiteral("Next ") + ctx.check.NextCheckText);
     v.setStayOnTop(true);
     v.showWindow();
 }
 
 // Closes one tick after the display reached 0.
 void tmrMessage_Timer(AppContext& ctx) {
-    AppContext::MessageForm& form = ctx.frmMessage;
+    CheckState::MessageForm& form = ctx.check.frmMessage;
     if (form.elapsed == ctx.options.MsgBoxTime) {
         Unload(ctx);
         return;
@@ -67,11 +67,11 @@ void tmrMessage_Timer(AppContext& ctx) {
 }
 
 void Unload(AppContext& ctx) {
-    AppContext::MessageForm& form = ctx.frmMessage;
-    if (!ctx.AutoMessageOpen)
+    CheckState::MessageForm& form = ctx.check.frmMessage;
+    if (!ctx.shell.AutoMessageOpen)
         return;
     form.timer->setEnabled(false);
-    ctx.AutoMessageOpen = false;
+    ctx.shell.AutoMessageOpen = false;
     SuspendAutoCheck(ctx, "Restore");
     if (form.view) {
         form.view->hideWindow();

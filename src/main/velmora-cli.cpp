@@ -1,6 +1,6 @@
 // The command-line program: the logic on the real platform, without
 // widgets, a window kept in memory and message boxes and sounds recorded.
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "app/CommandLine.h"
 #include "platform/Headless.h"
 #include "platform/StateView.h"

@@ -1,8 +1,8 @@
 #include "messages/Capture.h"
 
-#include "app/AppContext.h"
 #include "checking/PopDialogs.h"
 #include "checking/PopSession.h"
+#include "context/AppContext.h"
 #include "messages/DateText.h"
 #include "messages/MimeParser.h"
 #include "messages/Sorting.h"
@@ -40,7 +40,7 @@ namespace {
 // Step 7: one cell from one message of the client, in the order the fields
 // are read.
 void Capture(AppContext& ctx, int account, int i) {
-    PopMessage& item = ctx.PopClient->Messages().Item(i - 1);
+    PopMessage& item = ctx.check.PopClient->Messages().Item(i - 1);
     MailMessage& m = ctx.messages.at(account, i);
     m.Size = SizeText(item.Size());
     m.From = item.From();
@@ -63,7 +63,7 @@ void Capture(AppContext& ctx, int account, int i) {
 // Steps 3 to 6: the count, room in the store, and the fetch.
 void Fetch(AppContext& ctx, int account) {
     Account& a = ctx.accounts[account];
-    a.AcntMsgCount = ctx.PopClient->Messages().Count();
+    a.AcntMsgCount = ctx.check.PopClient->Messages().Count();
     if (a.AcntMsgCount > ctx.messages.MessageCapacity) {
         ctx.messages.MessageCapacity = a.AcntMsgCount;
         ctx.messages.GrowMessageStore(ctx.messages.MessageCapacity);
@@ -72,13 +72,13 @@ void Fetch(AppContext& ctx, int account) {
         CloseConnection(ctx);
         return;
     }
-    ctx.ReceivedCount = 1;
+    ctx.check.ReceivedCount = 1;
     // The rules' texts are looked for while the messages come in.
-    if (ctx.LiveRules.RuleCount >= 1)
-        ctx.PopClient->setScanners(RuleScanners(ctx));
+    if (ctx.rules.LiveRules.RuleCount >= 1)
+        ctx.check.PopClient->setScanners(RuleScanners(ctx));
     // So are the dates written, for the list.
-    ctx.PopClient->setDateLocale(ctx.svc.locale);
-    ctx.PopClient->Messages().FetchAll();
+    ctx.check.PopClient->setDateLocale(ctx.svc.locale);
+    ctx.check.PopClient->Messages().FetchAll();
     // The server is left before any parsing or rule work.
     CloseConnection(ctx);
 }
@@ -98,25 +98,25 @@ void Evaluate(AppContext& ctx, int account, bool capture) {
         std::shared_ptr<const FieldScan> scan;
         if (capture) {
             Capture(ctx, account, i);
-            scan = ctx.PopClient->Messages().Item(i - 1).Scan();
+            scan = ctx.check.PopClient->Messages().Item(i - 1).Scan();
         }
         MailMessage& m = ctx.messages.at(account, i);
         m.New = !seen.contains(m.MsgID);
         RuleCheck(ctx, account, i, scan.get());
     }
     if (capture && a.AcntIncomplete)
-        ctx.IncompleteAccounts += a.AcntName + QStringLiteral("\r\n");
+        ctx.check.IncompleteAccounts += a.AcntName + QStringLiteral("\r\n");
     if (a.AcntMsgCount > 0)
         a.AcntHasMessages = true;
     for (int i = 1; i <= a.AcntMsgCount; ++i) {
         MailMessage& m = ctx.messages.at(account, i);
         m.PrevMsgID = m.MsgID;
     }
-    ctx.TotalMessages += a.AcntMsgCount;
+    ctx.check.TotalMessages += a.AcntMsgCount;
     if (a.AcntMsgCount > a.AcntPrevCount) {
         a.AcntHasNew = true;
         a.AcntNewCount = a.AcntMsgCount - a.AcntPrevCount;
-        ctx.TotalNew += a.AcntNewCount;
+        ctx.check.TotalNew += a.AcntNewCount;
         a.AcntPrevCount = a.AcntMsgCount;
     }
 }
@@ -127,7 +127,7 @@ void Failed(AppContext& ctx, int account, const Failure& failure) {
     const bool retrieveError = number == PopError::RetrieveFailed ||
                                number == PopError::ConnectionLost ||
                                number == PopError::RetrieveTimedOut;
-    if (!ctx.StopRequested && !(ctx.options.SuppressRetrieveErrors == 1 && retrieveError))
+    if (!ctx.check.StopRequested && !(ctx.options.SuppressRetrieveErrors == 1 && retrieveError))
         ShowFailure(ctx, account, failure, QStringLiteral("Error Processing Messages"));
     Account& a = ctx.accounts[account];
     a.AcntMsgCount = a.AcntNewCount = a.AcntSpamCount = a.AcntDeleteCount = 0;
@@ -142,8 +142,8 @@ void ProcessMessages(AppContext& ctx, int account) {
         a.AcntIncomplete = a.AcntHasNew = a.AcntHasMessages = false;
         a.AcntNewCount = a.AcntSpamCount = a.AcntDeleteCount = 0;
         // Quick Check: the count alone decides that nothing changed.
-        const bool unchanged =
-            ctx.options.QuickCheck == 1 && ctx.PopClient->Messages().Count() == a.AcntMsgCount;
+        const bool unchanged = ctx.options.QuickCheck == 1 &&
+                               ctx.check.PopClient->Messages().Count() == a.AcntMsgCount;
         if (unchanged)
             CloseConnection(ctx);
         else
@@ -151,7 +151,7 @@ void ProcessMessages(AppContext& ctx, int account) {
         if (unchanged || a.AcntMsgCount > 0)
             Evaluate(ctx, account, !unchanged);
         if (ctx.options.MessageSort == 1)
-            SortMessages(ctx, account, ctx.SortColumnName);
+            SortMessages(ctx, account, ctx.list.SortColumnName);
     } catch (const Failure& failure) {
         Failed(ctx, account, failure);
     }

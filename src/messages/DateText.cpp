@@ -1,6 +1,6 @@
 #include "messages/DateText.h"
 
-#include "app/TimeFormat.h"
+#include "context/TimeFormat.h"
 
 #include <QRegularExpression>
 #include <QStringList>

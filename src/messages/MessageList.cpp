@@ -1,7 +1,7 @@
 #include "messages/MessageList.h"
 
-#include "app/AppContext.h"
-#include "app/StatusBar.h"
+#include "context/AppContext.h"
+#include "context/ShellCalls.h"
 #include "platform/Controls.h"
 #include "platform/MainView.h"
 
@@ -14,7 +14,7 @@ namespace {
 QString Picture(AppContext& ctx, const MailMessage& m, bool& spamOffered) {
     if (m.Delete) {
         if (m.Attach) {
-            ++ctx.ListDeleteAttachCount;
+            ++ctx.list.ListDeleteAttachCount;
             return QStringLiteral("DeleteAttach");
         }
         return QStringLiteral("Delete");
@@ -25,10 +25,10 @@ QString Picture(AppContext& ctx, const MailMessage& m, bool& spamOffered) {
     }
     if (m.Attach) {
         if (m.New) {
-            ++ctx.ListNewAttachCount;
+            ++ctx.list.ListNewAttachCount;
             return QStringLiteral("AttachNew");
         }
-        ++ctx.ListAttachCount;
+        ++ctx.list.ListAttachCount;
         return QStringLiteral("Attach");
     }
     return m.New ? QStringLiteral("New") : QStringLiteral("Normal");
@@ -43,7 +43,7 @@ void ShowAccountMessages(AppContext& ctx, int account) {
     const Account& a = ctx.accounts[account];
     v.list().clear();
     v.setEnabled(Button("tbrEmail", "EmailSpam"), false);
-    ctx.ListAttachCount = ctx.ListDeleteAttachCount = ctx.ListNewAttachCount = 0;
+    ctx.list.ListAttachCount = ctx.list.ListDeleteAttachCount = ctx.list.ListNewAttachCount = 0;
     bool spamOffered = false;
     for (int i = 1; i <= a.AcntMsgCount; ++i) {
         const MailMessage& m = ctx.messages.at(account, i);
@@ -57,7 +57,7 @@ void ShowAccountMessages(AppContext& ctx, int account) {
         v.setEnabled(Button("tbrEmail", "EmailSpam"), true);
     if (a.AcntMsgCount > 0) {
         v.list().setRowSelected(1, false);
-        ctx.SelectedMessage = 1;
+        ctx.list.SelectedMessage = 1;
         v.tabs(TabStrip::Email)
             .setCaption(account, QStringLiteral("%1  (%2)").arg(a.AcntName).arg(a.AcntMsgCount));
     } else {
@@ -90,10 +90,10 @@ void TabStripEmail_Click(AppContext& ctx) {
     if (ctx.accounts.AcntNum == 0)
         return;
     ctx.accounts.AcntCurrent = ctx.view->tabs(TabStrip::Email).selected();
-    if (ctx.accounts.AcntCurrent == ctx.AcntLastShown)
+    if (ctx.accounts.AcntCurrent == ctx.list.AcntLastShown)
         return;
     ShowAccountMessages(ctx, ctx.accounts.AcntCurrent);
-    ctx.AcntLastShown = ctx.accounts.AcntCurrent;
+    ctx.list.AcntLastShown = ctx.accounts.AcntCurrent;
 }
 
 void SelectEmailTab(AppContext& ctx, int account) {

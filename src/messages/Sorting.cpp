@@ -1,6 +1,6 @@
 #include "messages/Sorting.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/Controls.h"
 #include "platform/MainView.h"
 
@@ -42,26 +42,26 @@ void SetHeaderPictures(AppContext& ctx, const QString& column) {
         ctx.view->setImage(Button("lvwEmail", name), "Blank");
     if (Columns().contains(column))
         ctx.view->setImage(Button("lvwEmail", column),
-                           ctx.SortDescending != 0 ? "Descending" : "Ascending");
+                           ctx.list.SortDescending != 0 ? "Descending" : "Ascending");
 }
 
 } // namespace
 
 void SortColumnFromOption(AppContext& ctx, int option) {
     if (option == 0)
-        ctx.SortColumnName = ctx.options.SortColumnLastUsed;
+        ctx.list.SortColumnName = ctx.options.SortColumnLastUsed;
     else if (option >= 1 && option <= 5)
-        ctx.SortColumnName = Columns()[option - 1];
+        ctx.list.SortColumnName = Columns()[option - 1];
 }
 
 void SetUpSortState(AppContext& ctx) {
-    ctx.SortDescending = ctx.options.SortOrder;
+    ctx.list.SortDescending = ctx.options.SortOrder;
     SortColumnFromOption(ctx, ctx.options.SortColumn);
-    ctx.LastClickedColumn = ctx.SortColumnName;
+    ctx.list.LastClickedColumn = ctx.list.SortColumnName;
     // A last-used column that names no column gets no picture.
-    if (ctx.options.MessageSort == 1 && Columns().contains(ctx.SortColumnName))
-        ctx.view->setImage(Button("lvwEmail", ctx.SortColumnName),
-                           ctx.SortDescending != 0 ? "Descending" : "Ascending");
+    if (ctx.options.MessageSort == 1 && Columns().contains(ctx.list.SortColumnName))
+        ctx.view->setImage(Button("lvwEmail", ctx.list.SortColumnName),
+                           ctx.list.SortDescending != 0 ? "Descending" : "Ascending");
 }
 
 void ExchangeMessages(AppContext& ctx, int account, int i, int j) {
@@ -94,7 +94,7 @@ void SortMessages(AppContext& ctx, int account, const QString& column) {
     for (size_t k = 0; k < keys.size(); ++k)
         rank[size_t(keys[k].second)] =
             k > 0 && keys[k].first == keys[k - 1].first ? rank[size_t(keys[k - 1].second)] : int(k);
-    const bool descending = ctx.SortDescending != 0;
+    const bool descending = ctx.list.SortDescending != 0;
     // With no two keys equal the walk can only end in sorted order; only
     // ties make its path matter.
     const bool ties =

@@ -1,6 +1,6 @@
 #include "options/MenuColours.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/MainView.h"
 
 namespace velmora {
@@ -35,7 +35,7 @@ void MenuDesigner(AppContext& ctx) {
 }
 
 void ReleaseMenus(AppContext& ctx) {
-    ctx.MenuHooked = false;
+    ctx.shell.MenuHooked = false;
 }
 
 } // namespace velmora

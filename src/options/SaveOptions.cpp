@@ -1,7 +1,7 @@
 #include "options/SaveOptions.h"
 
-#include "app/AppContext.h"
 #include "checking/Schedule.h"
+#include "context/AppContext.h"
 #include "options/MenuColours.h"
 #include "platform/AutoStart.h"
 #include "platform/MainView.h"
@@ -52,21 +52,21 @@ void SaveOptions(AppContext& ctx, const Options& working) {
     SetAutoCheckTimers(ctx);
     if (record.UseInterval == 1) {
         if (intervalSwitched && !timingChanged) {
-            ctx.NextCheckText = ctx.SavedNextCheckText;
-            ctx.NextCheckTime = ctx.SavedNextCheckTime;
+            ctx.check.NextCheckText = ctx.check.SavedNextCheckText;
+            ctx.check.NextCheckTime = ctx.check.SavedNextCheckTime;
         }
         if (timingChanged) {
-            ctx.NoCheckPostponed = false;
+            ctx.check.NoCheckPostponed = false;
             NextAutoCheck(ctx, 0);
         }
     }
-    v.status().setPanelText(4, ctx.NextCheckText);
+    v.status().setPanelText(4, ctx.check.NextCheckText);
 }
 
 void ApplySoundAndClientFlags(AppContext& ctx) {
-    ctx.SoundMaster = ctx.options.PlaySound != 0;
-    ctx.DefaultSoundValid = IsValidFile(*ctx.svc.files, ctx.options.DefaultSound, ".wav");
-    ctx.DefaultClientValid = IsValidFile(*ctx.svc.files, ctx.options.DefaultClient, ".exe");
+    ctx.shell.SoundMaster = ctx.options.PlaySound != 0;
+    ctx.shell.DefaultSoundValid = IsValidFile(*ctx.svc.files, ctx.options.DefaultSound, ".wav");
+    ctx.shell.DefaultClientValid = IsValidFile(*ctx.svc.files, ctx.options.DefaultClient, ".exe");
 }
 
 } // namespace velmora

@@ -1,6 +1,6 @@
 #include "rules/RuleCheck.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/MessageBoxes.h"
 
 #include <cmath>
@@ -200,8 +200,8 @@ bool Unchanged(const RuleSet& live, const RuleParseCache& cache) {
 }
 
 void Refresh(AppContext& ctx) {
-    const RuleSet& live = ctx.LiveRules;
-    RuleParseCache& cache = ctx.RuleCache;
+    const RuleSet& live = ctx.rules.LiveRules;
+    RuleParseCache& cache = ctx.rules.RuleCache;
     if (Unchanged(live, cache))
         return;
     QVector<QStringList> sources(live.RuleCount + 1);
@@ -333,11 +333,12 @@ namespace {
 
 bool Matches(AppContext& ctx, int rule, const MessageScan& scan) {
     try {
-        return Evaluate(ctx.RuleCache.rules[rule], scan);
+        return Evaluate(ctx.rules.RuleCache.rules[rule], scan);
     } catch (const RuleFailure&) {
         ctx.svc.boxes->show(
-            ctx.AppTitle, QStringLiteral("Rule Check - Process Error\r\nRemove from final code!!"),
-            BoxIcon::None, BoxButtons::Ok);
+            ctx.shell.AppTitle,
+            QStringLiteral("Rule Check - Process Error\r\nRemove from final code!!"), BoxIcon::None,
+            BoxButtons::Ok);
         return false;
     }
 }
@@ -347,12 +348,12 @@ bool Matches(AppContext& ctx, int rule, const MessageScan& scan) {
 bool RuleMatches(AppContext& ctx, int rule, int account, int message) {
     Refresh(ctx);
     return Matches(ctx, rule,
-                   MessageScan(ctx.messages.at(account, message), ctx.RuleCache, nullptr));
+                   MessageScan(ctx.messages.at(account, message), ctx.rules.RuleCache, nullptr));
 }
 
 std::shared_ptr<const FieldScanners> RuleScanners(AppContext& ctx) {
     Refresh(ctx);
-    return ctx.RuleCache.scanners;
+    return ctx.rules.RuleCache.scanners;
 }
 
 void RuleCheck(AppContext& ctx, int account, int message) {
@@ -363,11 +364,11 @@ void RuleCheck(AppContext& ctx, int account, int message, const FieldScan* ready
     MailMessage& m = ctx.messages.at(account, message);
     m.Delete = false;
     m.Spam = false;
-    const RuleSet& live = ctx.LiveRules;
+    const RuleSet& live = ctx.rules.LiveRules;
     if (live.RuleCount < 1)
         return;
     Refresh(ctx);
-    const MessageScan scan(m, ctx.RuleCache, ready);
+    const MessageScan scan(m, ctx.rules.RuleCache, ready);
     Account& a = ctx.accounts[account];
     for (int r = 1; r <= live.RuleCount; ++r) {
         const Rule& rule = live[r];

@@ -1,12 +1,12 @@
 #include "rules/RuleReport.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 
 namespace velmora {
 
 bool ShowRuleReport(AppContext& ctx) {
-    ctx.RuleReportWanted = false;
-    if (ctx.LiveRules.Show != 1)
+    ctx.check.RuleReportWanted = false;
+    if (ctx.rules.LiveRules.Show != 1)
         return false;
     int first = 0;
     for (int n = 1; n <= ctx.accounts.AcntNum && first == 0; ++n) {
@@ -17,12 +17,12 @@ bool ShowRuleReport(AppContext& ctx) {
     if (first == 0)
         return false;
     // Only the first marked account is asked whether it has new mail.
-    const int showNew = ctx.LiveRules.ShowNew;
+    const int showNew = ctx.rules.LiveRules.ShowNew;
     if (showNew != 0 && !(showNew == 1 && ctx.accounts[first].AcntHasNew))
         return false;
-    if (ctx.RuleReportOpen)
+    if (ctx.shell.RuleReportOpen)
         return false;
-    ctx.RuleReportWanted = true;
+    ctx.check.RuleReportWanted = true;
     return true;
 }
 

@@ -1,6 +1,6 @@
 #include "rules/Rules.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "options/IniFile.h"
 #include "platform/Files.h"
 #include "platform/MainView.h"
@@ -36,10 +36,10 @@ QString RulesFilePath(AppContext& ctx) {
 }
 
 void ReadRules(AppContext& ctx, const QString& path) {
-    ctx.ProfilePath = path;
-    IniFile ini(*ctx.svc.profiles, ctx.ProfilePath);
+    ctx.rules.ProfilePath = path;
+    IniFile ini(*ctx.svc.profiles, ctx.rules.ProfilePath);
     ini.setConfigName(path);
-    RuleSet& live = ctx.LiveRules;
+    RuleSet& live = ctx.rules.LiveRules;
     live.RuleCount = Number(ini.KeyGet("Rules", "RuleCount", "0"), 0);
     live.Show = Number(ini.KeyGet("Rules", "Show", "0"), 0);
     live.ShowNew = Number(ini.KeyGet("Rules", "ShowNew", "0"), 0);
@@ -65,7 +65,7 @@ void ReadRules(AppContext& ctx, const QString& path) {
 }
 
 void WriteRules(AppContext& ctx, const QString& path) {
-    ctx.ProfilePath = path;
+    ctx.rules.ProfilePath = path;
     // Written into a new file beside the old one, which it replaces at the
     // end: no section of a deleted rule survives, and a crash half-way
     // leaves the old file whole.
@@ -73,11 +73,11 @@ void WriteRules(AppContext& ctx, const QString& path) {
     Files& files = *ctx.svc.files;
     files.RemoveFile(fresh);
     ShowFileName(ctx);
-    IniFile ini(*ctx.svc.profiles, ctx.ProfilePath);
+    IniFile ini(*ctx.svc.profiles, ctx.rules.ProfilePath);
     ini.setConfigName(fresh);
 
-    RuleSet& live = ctx.LiveRules;
-    const RuleSet& working = ctx.WorkingRules;
+    RuleSet& live = ctx.rules.LiveRules;
+    const RuleSet& working = ctx.rules.WorkingRules;
     live.RuleCount = working.RuleCount;
     live.Show = working.Show;
     live.ShowNew = working.ShowNew;
@@ -115,8 +115,8 @@ void WriteRules(AppContext& ctx, const QString& path) {
 }
 
 void ResizeRules(AppContext& ctx, int count) {
-    RuleSet& live = ctx.LiveRules;
-    RuleSet& working = ctx.WorkingRules;
+    RuleSet& live = ctx.rules.LiveRules;
+    RuleSet& working = ctx.rules.WorkingRules;
     live.rules.resize(count + 1);
     working.rules.resize(count + 1);
     // The entries are laid out anew: what lies beyond a rule's DescCount is
@@ -134,11 +134,11 @@ void ResizeRules(AppContext& ctx, int count) {
 }
 
 void CopyRulesToWorking(AppContext& ctx) {
-    const RuleSet& live = ctx.LiveRules;
-    RuleSet& working = ctx.WorkingRules;
+    const RuleSet& live = ctx.rules.LiveRules;
+    RuleSet& working = ctx.rules.WorkingRules;
     working.RuleCount = live.RuleCount;
     if (working.RuleCount < 1) {
-        ctx.CurrentRule = 0;
+        ctx.rules.CurrentRule = 0;
         return;
     }
     working.rules = live.rules;
@@ -149,8 +149,8 @@ void CopyRulesToWorking(AppContext& ctx) {
     working.Show = live.Show;
     working.ShowNew = live.ShowNew;
     working.Time = live.Time;
-    if (ctx.CurrentRule > working.RuleCount)
-        ctx.CurrentRule = working.RuleCount;
+    if (ctx.rules.CurrentRule > working.RuleCount)
+        ctx.rules.CurrentRule = working.RuleCount;
 }
 
 } // namespace velmora

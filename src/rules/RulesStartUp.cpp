@@ -1,13 +1,13 @@
 #include "rules/RulesStartUp.h"
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "rules/Rules.h"
 
 namespace velmora {
 
 void ReadRulesAtStartUp(AppContext& ctx) {
     ReadRules(ctx, RulesFilePath(ctx));
-    ctx.CurrentRule = ctx.LiveRules.RuleCount >= 1 ? 1 : 0;
+    ctx.rules.CurrentRule = ctx.rules.LiveRules.RuleCount >= 1 ? 1 : 0;
     // The Rules page starts from what the file holds.
     CopyRulesToWorking(ctx);
 }

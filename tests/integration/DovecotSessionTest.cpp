@@ -108,7 +108,7 @@ void DovecotSessionTest::connectionTest() {
     QVERIFY2(ok ? box.text.startsWith("The Connection Succeeded.\r\n")
                 : box.text.contains("Error Message:\r\n" + numberLine),
              qPrintable(box.text));
-    QVERIFY(!r->ctx->TestInProgress);
+    QVERIFY(!r->ctx->check.TestInProgress);
     QVERIFY(r->view.isEnabled("fraMainButtons"));
 }
 

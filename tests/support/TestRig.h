@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 #include "platform/Headless.h"
 #include "platform/StateView.h"
 #include "platform/qt/IniProfileFiles.h"

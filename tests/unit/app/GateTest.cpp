@@ -29,15 +29,15 @@ private:
         int connects = 0;
         for (const FakeMailbox& box : rig.server.hosts)
             connects += box.connects;
-        return {c.CurrentPage,
+        return {c.shell.CurrentPage,
                 c.accounts.AcntCurrent,
                 c.options.UseInterval,
                 int(rig.boxes.boxes.size()),
                 int(rig.headless.shell.requests.size()),
                 connects,
                 rig.view.designSizeRestores,
-                c.AcntLastShown,
-                c.StopRequested,
+                c.list.AcntLastShown,
+                c.check.StopRequested,
                 rig.view.windowVisible,
                 rig.view.state == WindowState::Minimized,
                 rig.view.unloaded};
@@ -105,7 +105,7 @@ void GateTest::onlyFewEventsActDuringACheck() {
         if (message != 1 || fired)
             return;
         fired = true;
-        QVERIFY(rig->ctx->InterfaceHeld);
+        QVERIFY(rig->ctx->check.InterfaceHeld);
         before = trace(*rig);
         fire(events, *rig, control);
         after = trace(*rig);
@@ -113,7 +113,7 @@ void GateTest::onlyFewEventsActDuringACheck() {
     CheckAllAccounts(*rig->ctx);
     QVERIFY(fired);
     QCOMPARE(!(before == after), acts);
-    QVERIFY(!rig->ctx->InterfaceHeld);
+    QVERIFY(!rig->ctx->check.InterfaceHeld);
 }
 
 // Outside a check the same events reach their handlers: the gate is open.

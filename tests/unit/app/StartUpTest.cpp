@@ -39,10 +39,10 @@ void StartUpTest::emptyStoreGivesWorkingProgramWithNoAccounts() {
     QCOMPARE(v.caption("lblBanner"), QString("Email"));
     QVERIFY(v.isWindowVisible());
     QVERIFY(v.trayEntry.present);
-    QVERIFY(Manual(rig.ctx->tmrStatusBar).enabled);
-    QVERIFY(!Manual(rig.ctx->tmrMailTime).enabled);
-    QVERIFY(!Manual(rig.ctx->tmrMailStartUp).enabled);
-    QVERIFY(rig.ctx->StartUpDone);
+    QVERIFY(Manual(rig.ctx->shell.tmrStatusBar).enabled);
+    QVERIFY(!Manual(rig.ctx->check.tmrMailTime).enabled);
+    QVERIFY(!Manual(rig.ctx->check.tmrMailStartUp).enabled);
+    QVERIFY(rig.ctx->check.StartUpDone);
     QCOMPARE(rig.ctx->accounts.AcntCurrent, 0);
     QCOMPARE(rig.ctx->options.IntervalMinutes, 30);
 }
@@ -85,8 +85,8 @@ void StartUpTest::accountsGetTabsRunTimeValuesAndCountdown() {
     QCOMPARE(v.statusBar.panelText(3), QString("Not Checked"));
     QVERIFY(v.isVisible("tbrButtons(14)"));
     QCOMPARE(v.caption("tbrButtons(14)"), QString("StartUp: Pause       "));
-    QVERIFY(Manual(rig.ctx->tmrMailStartUp).enabled);
-    QVERIFY(!rig.ctx->StartUpDone);
+    QVERIFY(Manual(rig.ctx->check.tmrMailStartUp).enabled);
+    QVERIFY(!rig.ctx->check.StartUpDone);
 
     const AccountStore& acc = rig.ctx->accounts;
     QCOMPARE(acc.AcntCurrent, 1);
@@ -104,8 +104,8 @@ void StartUpTest::minimizedStartShowsOnlyTheTray() {
     QVERIFY(!rig.view.isWindowVisible());
     QCOMPARE(rig.view.windowState(), WindowState::Minimized);
     QVERIFY(rig.view.trayEntry.present);
-    QVERIFY(Manual(rig.ctx->tmrMailTime).enabled);
-    QVERIFY(!Manual(rig.ctx->tmrStatusBar).enabled);
+    QVERIFY(Manual(rig.ctx->check.tmrMailTime).enabled);
+    QVERIFY(!Manual(rig.ctx->shell.tmrStatusBar).enabled);
 }
 
 void StartUpTest::secondInstanceTouchesNothing() {
@@ -141,8 +141,8 @@ void StartUpTest::firstAutoCheckTime() {
     rig.settings.set("Settings\\Options\\UseInterval", "1");
     rig.clock.set(clock);
     QVERIFY(rig.start());
-    QCOMPARE(rig.ctx->NextCheckTime, next);
-    QCOMPARE(rig.view.statusBar.panelText(4), rig.ctx->NextCheckText);
+    QCOMPARE(rig.ctx->check.NextCheckTime, next);
+    QCOMPARE(rig.view.statusBar.panelText(4), rig.ctx->check.NextCheckText);
 }
 
 void StartUpTest::closeBoxGoesToTrayAndTrayQuitEnds() {
@@ -186,7 +186,7 @@ void StartUpTest::unloadSavesSortStateAndWidthsAndDeletesTemporaryFiles() {
     rig.files.existing.insert("/temp/temporary.eml");
     QVERIFY(rig.start());
     rig.ctx->options.SortColumnLastUsed = "Subject";
-    rig.ctx->SortDescending = 0;
+    rig.ctx->list.SortDescending = 0;
     rig.settings.writes.clear();
 
     bool cancel = false;

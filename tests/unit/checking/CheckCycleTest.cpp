@@ -62,7 +62,7 @@ void CheckCycleTest::walk() {
     FakeMailbox& faulty = rig->mailbox(ctx.accounts[in].AcntName);
     if (stop)
         faulty.duringFetch = [&ctx](int) {
-            ctx.StopRequested = true;
+            ctx.check.StopRequested = true;
         };
     else
         faulty.connectFailure = 10061;
@@ -87,8 +87,8 @@ void CheckCycleTest::walk() {
     QVERIFY(rig->view.isEnabled("fraMainButtons"));
     QVERIFY(!rig->view.isVisible("tbrButtons(1)"));
     QCOMPARE(acc[0].AcntLastCheckText, QString("Checked: 10:15 AM on Nov 21/26"));
-    QVERIFY(!ctx.StopRequested);
-    QVERIFY(ctx.RetiredPopClients.empty() || ctx.PopClient);
+    QVERIFY(!ctx.check.StopRequested);
+    QVERIFY(ctx.check.RetiredPopClients.empty() || ctx.check.PopClient);
 }
 
 void CheckCycleTest::suppressionLists_data() {
@@ -158,30 +158,30 @@ void CheckCycleTest::singleCheckOfDisabledAccount() {
     rig.settings.set("Settings\\Options\\UseInterval", "1");
     fill(rig.mailbox("Home"), 1);
     QVERIFY(rig.start());
-    const QString next = rig.ctx->NextCheckTime;
+    const QString next = rig.ctx->check.NextCheckTime;
     rig.clock.set("2026-11-21T11:00:00");
     CheckSingleAccount(*rig.ctx);
     QCOMPARE(rig.ctx->accounts[1].AcntStatusText, QString("Home - 1 Message"));
     QCOMPARE(rig.view.emailTabs.image(1), QString("MailYesDisabled"));
-    QCOMPARE(rig.ctx->NextCheckTime, next); // tied to AcntEnabled
+    QCOMPARE(rig.ctx->check.NextCheckTime, next); // tied to AcntEnabled
 
     rig.ctx->accounts[1].AcntEnabled = 1;
     CheckSingleAccount(*rig.ctx);
-    QCOMPARE(rig.ctx->NextCheckTime, QString("21/11/26-11:30"));
+    QCOMPARE(rig.ctx->check.NextCheckTime, QString("21/11/26-11:30"));
 }
 
 void CheckCycleTest::autoCheckCollectsAccountLines() {
     auto rig = threeAccounts();
     AppContext& ctx = *rig->ctx;
     ctx.accounts[2].AcntEnabled = 0;
-    ctx.TotalMessages = 99;
+    ctx.check.TotalMessages = 99;
     AutoCheckAccounts(ctx);
-    QCOMPARE(ctx.AccountInfoLines, 2);
-    QCOMPARE(ctx.AccountInfoText, QString("Account Information:\r\n"
-                                          "      Home - 2 Messages\r\n"
-                                          "      Club - 1 Message\r\n"));
-    QCOMPARE(ctx.TotalMessages, 3);
-    QCOMPARE(ctx.TotalNew, 3);
+    QCOMPARE(ctx.check.AccountInfoLines, 2);
+    QCOMPARE(ctx.check.AccountInfoText, QString("Account Information:\r\n"
+                                                "      Home - 2 Messages\r\n"
+                                                "      Club - 1 Message\r\n"));
+    QCOMPARE(ctx.check.TotalMessages, 3);
+    QCOMPARE(ctx.check.TotalNew, 3);
     QCOMPARE(ctx.accounts[2].AcntStatusText, QString("Work"));
 }
 
@@ -199,7 +199,7 @@ void CheckCycleTest::incompleteReport() {
     AppContext& ctx = *rig->ctx;
     for (int n = 1; n <= incomplete; ++n) {
         ctx.accounts[n].AcntIncomplete = true;
-        ctx.IncompleteAccounts += ctx.accounts[n].AcntName + "\r\n";
+        ctx.check.IncompleteAccounts += ctx.accounts[n].AcntName + "\r\n";
     }
     ReportIncompleteAccounts(ctx);
     QCOMPARE(rig->boxes.boxes.size(), 1);
@@ -210,7 +210,7 @@ void CheckCycleTest::incompleteReport() {
     QVERIFY(text.contains("Try checking the " + word + " again.\r\n"));
     QVERIFY(text.endsWith("temporarily turn off 'Allow Quick Checking'."));
     QVERIFY(!ctx.accounts[1].AcntIncomplete);
-    QVERIFY(ctx.IncompleteAccounts.isEmpty());
+    QVERIFY(ctx.check.IncompleteAccounts.isEmpty());
     ReportIncompleteAccounts(ctx);
     QCOMPARE(rig->boxes.boxes.size(), 1);
 }

@@ -56,8 +56,8 @@ void NotificationTest::showEmail() {
         box.connectFailure = 10061;
     QVERIFY(rig.start());
     AutoCheckAccounts(*rig.ctx);
-    QCOMPARE(rig.ctx->AutoCheckHeadline, headline);
-    QCOMPARE(rig.ctx->AutoMessageOpen, !headline.isEmpty());
+    QCOMPARE(rig.ctx->check.AutoCheckHeadline, headline);
+    QCOMPARE(rig.ctx->shell.AutoMessageOpen, !headline.isEmpty());
     if (!headline.isEmpty())
         QCOMPARE(rig.windows.last->headline, headline);
     QCOMPARE(rig.sounds.played, sound.isEmpty() ? QStringList() : QStringList{sound});
@@ -78,7 +78,7 @@ void NotificationTest::defaultSoundPlaysOnce() {
     CheckAllAccounts(*rig.ctx);
     QCOMPARE(rig.sounds.played, QStringList{"/snd/default.wav"});
 
-    rig.ctx->DefaultSoundValid = false;
+    rig.ctx->shell.DefaultSoundValid = false;
     rig.ctx->accounts[2].AcntSoundOn = 0;
     rig.sounds.played.clear();
     rig.ctx->options.QuickCheck = 0;
@@ -100,8 +100,8 @@ void NotificationTest::accountLines() {
     QFETCH(bool, more);
     TestRig rig;
     QVERIFY(rig.start());
-    rig.ctx->AccountInfoLines = lines;
-    rig.ctx->AccountInfoText = "Account Information:\r\n";
+    rig.ctx->check.AccountInfoLines = lines;
+    rig.ctx->check.AccountInfoText = "Account Information:\r\n";
     frmMessage::Show(*rig.ctx, "x");
     QCOMPARE(rig.windows.last->lines.endsWith("\r\nmore Accounts..."), more);
     QCOMPARE(rig.windows.last->lineCount, more ? 17 : lines);
@@ -117,15 +117,15 @@ void NotificationTest::countdownClosesOneTickAfterZero() {
     AppContext& ctx = *rig.ctx;
     frmMessage::Show(ctx, "x");
     auto view = rig.windows.last;
-    QVERIFY(!Manual(ctx.tmrMailTime).enabled); // Auto Check waits while it stands
+    QVERIFY(!Manual(ctx.check.tmrMailTime).enabled); // Auto Check waits while it stands
     QCOMPARE(view->countdown, 1);
-    Manual(ctx.frmMessage.timer).fire();
+    Manual(ctx.check.frmMessage.timer).fire();
     QCOMPARE(view->countdown, 0);
-    QVERIFY(ctx.AutoMessageOpen);
-    Manual(ctx.frmMessage.timer).fire();
-    QVERIFY(!ctx.AutoMessageOpen);
+    QVERIFY(ctx.shell.AutoMessageOpen);
+    Manual(ctx.check.frmMessage.timer).fire();
+    QVERIFY(!ctx.shell.AutoMessageOpen);
     QVERIFY(view->destroyed);
-    QVERIFY(Manual(ctx.tmrMailTime).enabled);
+    QVERIFY(Manual(ctx.check.tmrMailTime).enabled);
 }
 
 QTEST_GUILESS_MAIN(NotificationTest)

@@ -79,12 +79,12 @@ void ScheduleTest::nextAutoCheck() {
     ctx.options.NoCheck = window.isEmpty() ? 0 : 1;
     ctx.options.NoCheckTimeBegin = window.section('-', 0, 0);
     ctx.options.NoCheckTimeEnd = window.section('-', 1, 1);
-    ctx.NoCheckPostponed = postponed;
+    ctx.check.NoCheckPostponed = postponed;
     NextAutoCheck(ctx, 0);
-    QCOMPARE(ctx.NextCheckTime, next);
-    QCOMPARE(ctx.NextCheckText, text);
-    QCOMPARE(ctx.NoCheckPostponed, postponedAfter);
-    QCOMPARE(ctx.SavedNextCheckTime, next);
+    QCOMPARE(ctx.check.NextCheckTime, next);
+    QCOMPARE(ctx.check.NextCheckText, text);
+    QCOMPARE(ctx.check.NoCheckPostponed, postponedAfter);
+    QCOMPARE(ctx.check.SavedNextCheckTime, next);
 }
 
 // The time is compared as text, day first: on November 30 a time of
@@ -92,11 +92,11 @@ void ScheduleTest::nextAutoCheck() {
 void ScheduleTest::monthEndFiresAtOnce() {
     auto rig = started({{"UseInterval", "1"}}, "2026-11-30T23:50:00");
     AppContext& ctx = *rig->ctx;
-    QCOMPARE(ctx.NextCheckTime, QString("01/12/26-00:20"));
-    Manual(ctx.tmrMailTime).fire();
+    QCOMPARE(ctx.check.NextCheckTime, QString("01/12/26-00:20"));
+    Manual(ctx.check.tmrMailTime).fire();
     QCOMPARE(rig->mailbox("Home").connects, 1);
-    QCOMPARE(ctx.NextCheckTime, QString("01/12/26-00:20"));
-    Manual(ctx.tmrMailTime).fire();
+    QCOMPARE(ctx.check.NextCheckTime, QString("01/12/26-00:20"));
+    Manual(ctx.check.tmrMailTime).fire();
     QCOMPARE(rig->mailbox("Home").connects, 2);
 }
 
@@ -104,16 +104,16 @@ void ScheduleTest::intervalZeroFiresUntilTheMinutePasses() {
     auto rig = started({{"UseInterval", "1"}, {"Minutes", "0"}}, "2026-11-21T10:15:20");
     AppContext& ctx = *rig->ctx;
     // Seconds above 19 with an interval below 16: one minute more at first.
-    QCOMPARE(ctx.NextCheckTime, QString("21/11/26-10:16"));
-    Manual(ctx.tmrMailTime).fire();
+    QCOMPARE(ctx.check.NextCheckTime, QString("21/11/26-10:16"));
+    Manual(ctx.check.tmrMailTime).fire();
     QCOMPARE(rig->mailbox("Home").connects, 0);
     rig->clock.set("2026-11-21T10:16:00");
     for (int tick = 1; tick <= 3; ++tick) {
-        Manual(ctx.tmrMailTime).fire();
+        Manual(ctx.check.tmrMailTime).fire();
         QCOMPARE(rig->mailbox("Home").connects, tick);
     }
     rig->clock.set("2026-11-21T10:17:00");
-    Manual(ctx.tmrMailTime).fire();
+    Manual(ctx.check.tmrMailTime).fire();
     QCOMPARE(rig->mailbox("Home").connects, 4);
     QCOMPARE(rig->view.statusBar.panelText(4), QString("Auto Check at 10:17 AM"));
 }
@@ -122,14 +122,14 @@ void ScheduleTest::startUpCountdownReachesZero() {
     auto rig = started({{"EmailCheckStartUp", "1"}, {"StartUpDelay", "2"}}, "2026-11-21T10:00:00");
     AppContext& ctx = *rig->ctx;
     for (const char* shown : {"StartUp Check: 2 sec", "StartUp Check: 1 sec"}) {
-        Manual(ctx.tmrMailStartUp).fire();
+        Manual(ctx.check.tmrMailStartUp).fire();
         QCOMPARE(rig->view.statusBar.panelText(3), QString(shown));
         QCOMPARE(rig->mailbox("Home").connects, 0);
     }
-    Manual(ctx.tmrMailStartUp).fire();
+    Manual(ctx.check.tmrMailStartUp).fire();
     QCOMPARE(rig->mailbox("Home").connects, 1); // on the tick that shows 0
-    QVERIFY(ctx.StartUpDone);
-    QVERIFY(!Manual(ctx.tmrMailStartUp).enabled);
+    QVERIFY(ctx.check.StartUpDone);
+    QVERIFY(!Manual(ctx.check.tmrMailStartUp).enabled);
     QVERIFY(!rig->view.isVisible("tbrButtons(14)"));
 }
 
@@ -143,19 +143,19 @@ void ScheduleTest::pauseSurvivesADialog() {
     QFETCH(bool, paused);
     auto rig = started({{"EmailCheckStartUp", "1"}, {"StartUpDelay", "30"}}, "2026-11-21T10:00:00");
     AppContext& ctx = *rig->ctx;
-    Manual(ctx.tmrMailStartUp).fire();
+    Manual(ctx.check.tmrMailStartUp).fire();
     if (paused)
         ToggleStartUpPause(ctx);
     SuspendStartUpTimer(ctx, "Suspend");
-    QVERIFY(!Manual(ctx.tmrMailStartUp).enabled);
+    QVERIFY(!Manual(ctx.check.tmrMailStartUp).enabled);
     QVERIFY(!rig->view.isEnabled("tbrButtons(14)"));
     SuspendStartUpTimer(ctx, "Restore");
-    QCOMPARE(Manual(ctx.tmrMailStartUp).enabled, !paused);
+    QCOMPARE(Manual(ctx.check.tmrMailStartUp).enabled, !paused);
     QCOMPARE(rig->view.caption("tbrButtons(14)"),
              QString(paused ? "StartUp: Continue   " : "StartUp: Pause       "));
     // The seconds gone by are kept.
-    Manual(ctx.tmrMailStartUp).enabled = true;
-    Manual(ctx.tmrMailStartUp).fire();
+    Manual(ctx.check.tmrMailStartUp).enabled = true;
+    Manual(ctx.check.tmrMailStartUp).fire();
     QCOMPARE(rig->view.statusBar.panelText(3), QString("StartUp Check: 29 sec"));
 }
 

@@ -155,7 +155,7 @@ void CaptureTest::quickCheckKeepsWhatItHolds() {
     QVERIFY(!a.AcntHasNew);
     QCOMPARE(rig.ctx->messages.at(1, 2).MsgID, QString("b"));
     QVERIFY(!rig.ctx->messages.at(1, 1).New && !rig.ctx->messages.at(1, 2).New);
-    QCOMPARE(rig.ctx->TotalMessages, 4);
+    QCOMPARE(rig.ctx->check.TotalMessages, 4);
 
     rig.ctx->options.QuickCheck = 0;
     CheckAllAccounts(*rig.ctx);

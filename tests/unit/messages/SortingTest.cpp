@@ -31,7 +31,7 @@ QList<int> SortingTest::sorted(TestRig& rig, const QStringList& values, const QS
         m.From = m.Subject = m.Date = m.Size = values[i];
         m.MsgID = QString::number(i + 1);
     }
-    ctx.SortDescending = descending;
+    ctx.list.SortDescending = descending;
     SortMessages(ctx, 1, column);
     QList<int> order;
     for (int i = 1; i <= count; ++i)

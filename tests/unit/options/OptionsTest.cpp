@@ -112,33 +112,33 @@ void OptionsTest::autoCheckFollowsTheSave() {
     rig.clock.set("2026-11-21T10:00:00");
     QVERIFY(rig.start());
     AppContext& ctx = *rig.ctx;
-    const QString firstNext = ctx.SavedNextCheckTime;
+    const QString firstNext = ctx.check.SavedNextCheckTime;
     QCOMPARE(firstNext, QString("21/11/26-10:30"));
 
     // Switching on returns to the next time worked out before.
     Options on = ctx.options;
     on.UseInterval = 1;
     SaveOptions(ctx, on);
-    QVERIFY(Manual(ctx.tmrMailTime).enabled);
-    QVERIFY(!Manual(ctx.tmrStatusBar).enabled);
-    QCOMPARE(ctx.NextCheckTime, firstNext);
+    QVERIFY(Manual(ctx.check.tmrMailTime).enabled);
+    QVERIFY(!Manual(ctx.shell.tmrStatusBar).enabled);
+    QCOMPARE(ctx.check.NextCheckTime, firstNext);
     QCOMPARE(rig.view.caption("mnuTrayAutoCheck"), QString("&Auto Check - On|#AutoCheckOn"));
 
     // A new interval works the time out afresh.
     rig.clock.set("2026-11-21T10:05:00");
     Options faster = ctx.options;
     faster.Minutes = 10;
-    ctx.NoCheckPostponed = true;
+    ctx.check.NoCheckPostponed = true;
     SaveOptions(ctx, faster);
-    QCOMPARE(ctx.NextCheckTime, QString("21/11/26-10:15"));
+    QCOMPARE(ctx.check.NextCheckTime, QString("21/11/26-10:15"));
     QCOMPARE(ctx.options.IntervalMinutes, 10);
-    QVERIFY(!ctx.NoCheckPostponed);
+    QVERIFY(!ctx.check.NoCheckPostponed);
 
     Options off = ctx.options;
     off.UseInterval = 0;
     SaveOptions(ctx, off);
-    QVERIFY(!Manual(ctx.tmrMailTime).enabled);
-    QVERIFY(Manual(ctx.tmrStatusBar).enabled);
+    QVERIFY(!Manual(ctx.check.tmrMailTime).enabled);
+    QVERIFY(Manual(ctx.shell.tmrStatusBar).enabled);
     QCOMPARE(rig.view.statusBar.panelText(4), QString("Auto Check Off"));
 }
 

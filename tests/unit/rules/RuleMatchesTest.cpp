@@ -138,9 +138,9 @@ void RuleMatchesTest::matches() {
     m.Body = message.value("Body");
     m.Size = message.value("Size", "1");
     m.Attach = message.value("Attach") == "1";
-    ctx.LiveRules.RuleCount = 1;
-    ctx.LiveRules.rules.resize(2);
-    setRule(ctx.LiveRules[1], entries);
+    ctx.rules.LiveRules.RuleCount = 1;
+    ctx.rules.LiveRules.rules.resize(2);
+    setRule(ctx.rules.LiveRules[1], entries);
     rig->boxes.boxes.clear();
     QCOMPARE(RuleMatches(ctx, 1, 1, 1), fits);
     QCOMPARE(rig->boxes.boxes.size(), boxes);
@@ -186,11 +186,11 @@ void RuleMatchesTest::firstMarkingRuleDecides() {
     m = MailMessage();
     m.Subject = "offer";
     m.Spam = m.Delete = true; // decided afresh
-    ctx.LiveRules.RuleCount = int(actions.size());
-    ctx.LiveRules.rules.resize(actions.size() + 1);
+    ctx.rules.LiveRules.RuleCount = int(actions.size());
+    ctx.rules.LiveRules.rules.resize(actions.size() + 1);
     for (int r = 0; r < actions.size(); ++r) {
         const bool bad = actions[r] < 0;
-        setRule(ctx.LiveRules[r + 1], {bad ? "Subject" : "Subject Contains offer "},
+        setRule(ctx.rules.LiveRules[r + 1], {bad ? "Subject" : "Subject Contains offer "},
                 bad ? 1 : actions[r], accounts[r].isEmpty() ? "All Accounts" : accounts[r],
                 bad ? 0 : 1);
     }

@@ -38,13 +38,13 @@ void RulesFileTest::exampleFileRoundTripsAndLosesDeletedRules() {
     QVERIFY(scratch->write(kExample));
     QVERIFY(rig->start());
     AppContext& ctx = *rig->ctx;
-    QCOMPARE(ctx.LiveRules.RuleCount, 2);
-    QCOMPARE(ctx.LiveRules[1].Description[2], QString("OR From Contains bob "));
-    QCOMPARE(ctx.LiveRules[1].Description[0],
+    QCOMPARE(ctx.rules.LiveRules.RuleCount, 2);
+    QCOMPARE(ctx.rules.LiveRules[1].Description[2], QString("OR From Contains bob "));
+    QCOMPARE(ctx.rules.LiveRules[1].Description[0],
              QString("Subject Contains free offer OR From Contains bob "));
-    QCOMPARE(ctx.WorkingRules[2].Name, QString("Big mail"));
-    QCOMPARE(ctx.WorkingRules[2].RedoCount, 1);
-    QCOMPARE(ctx.CurrentRule, 1);
+    QCOMPARE(ctx.rules.WorkingRules[2].Name, QString("Big mail"));
+    QCOMPARE(ctx.rules.WorkingRules[2].RedoCount, 1);
+    QCOMPARE(ctx.rules.CurrentRule, 1);
     QCOMPARE(rig->view.caption("lblRulesFileName"), QString("FileName: Rules.ini"));
 
     QFile::remove(scratch->path());
@@ -53,20 +53,20 @@ void RulesFileTest::exampleFileRoundTripsAndLosesDeletedRules() {
     QVERIFY(!QFile::exists(scratch->path() + ".new"));
 
     // A deleted rule leaves no section behind.
-    ctx.WorkingRules.RuleCount = 1;
-    ctx.WorkingRules[1].Name = QString::fromUtf8("Spam «à la carte»");
+    ctx.rules.WorkingRules.RuleCount = 1;
+    ctx.rules.WorkingRules[1].Name = QString::fromUtf8("Spam «à la carte»");
     WriteRules(ctx, scratch->path());
     QVERIFY(!scratch->read().contains("[Rule2]"));
     ReadRules(ctx, scratch->path());
-    QCOMPARE(ctx.LiveRules.RuleCount, 1);
-    QCOMPARE(ctx.LiveRules[1].Name, QString::fromUtf8("Spam «à la carte»"));
+    QCOMPARE(ctx.rules.LiveRules.RuleCount, 1);
+    QCOMPARE(ctx.rules.LiveRules[1].Name, QString::fromUtf8("Spam «à la carte»"));
 }
 
 void RulesFileTest::attachmentEntryKeepsOneBlank() {
     QVERIFY(scratch->write("[Rules]\r\nRuleCount=1\r\n[Rule1]\r\nDescCount=1\r\n"
                            "Description1=Attachment IsPresent  \r\n"));
     QVERIFY(rig->start());
-    QCOMPARE(rig->ctx->LiveRules[1].Description[1], QString("Attachment IsPresent "));
+    QCOMPARE(rig->ctx->rules.LiveRules[1].Description[1], QString("Attachment IsPresent "));
     WriteRules(*rig->ctx, scratch->path());
     QVERIFY(scratch->read().contains("Description1=Attachment IsPresent \r\n"));
 }
@@ -74,23 +74,23 @@ void RulesFileTest::attachmentEntryKeepsOneBlank() {
 void RulesFileTest::countWithoutSectionGivesDefaultRule() {
     QVERIFY(scratch->write("[Rules]\r\nRuleCount=1\r\n"));
     QVERIFY(rig->start());
-    const Rule& r = rig->ctx->LiveRules[1];
+    const Rule& r = rig->ctx->rules.LiveRules[1];
     QCOMPARE(r.Name, QString("Rule"));
     QCOMPARE(r.Enabled, 1);
     QCOMPARE(r.Account, QString("All Accounts"));
     QCOMPARE(r.Action, 2);
     QCOMPARE(r.DescCount, 0);
-    QCOMPARE(rig->ctx->LiveRules.Time, 30);
+    QCOMPARE(rig->ctx->rules.LiveRules.Time, 30);
 }
 
 void RulesFileTest::missingFileIsAnEmptySet() {
     QVERIFY(rig->start());
-    const RuleSet& live = rig->ctx->LiveRules;
+    const RuleSet& live = rig->ctx->rules.LiveRules;
     QCOMPARE(live.RuleCount, 0);
     QCOMPARE(live.Show, 0);
     QCOMPARE(live.ShowNew, 0);
     QCOMPARE(live.Time, 30);
-    QCOMPARE(rig->ctx->CurrentRule, 0);
+    QCOMPARE(rig->ctx->rules.CurrentRule, 0);
     QVERIFY(!QFile::exists(scratch->path()));
 }
 

@@ -1,6 +1,6 @@
-#include "app/AppContext.h"
+#include "context/AppContext.h"
 
-#include "app/TimeFormat.h"
+#include "context/TimeFormat.h"
 #include "platform/Clock.h"
 
 #include <stdexcept>

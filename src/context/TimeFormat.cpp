@@ -1,4 +1,4 @@
-#include "app/TimeFormat.h"
+#include "context/TimeFormat.h"
 
 #include <QList>
 

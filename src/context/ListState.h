@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+namespace velmora {
+
+// The message list's state: which account and message it shows, its
+// picture counters and its sort.
+struct ListState {
+    int AcntLastShown = 0;
+    int SelectedMessage = 0;
+    int ListAttachCount = 0;
+    int ListDeleteAttachCount = 0;
+    int ListNewAttachCount = 0;
+
+    QString SortColumnName;
+    QString LastClickedColumn;
+    int SortDescending = 0;
+};
+
+} // namespace velmora
