@@ -7,6 +7,7 @@
 #include "options/MenuColours.h"
 #include "options/Setting.h"
 #include "platform/AutoStart.h"
+#include "platform/Controls.h"
 #include "platform/Files.h"
 #include "platform/InstanceGuard.h"
 #include "platform/MainView.h"
@@ -52,7 +53,7 @@ bool Main(AppContext& ctx) {
     }
 
     ctx.check.StartUpPaused = false;
-    const QString pause = QStringLiteral("tbrButtons(14)");
+    const QString pause = Element(ctl::tbrButtons, ctl::PauseStartupCheck);
     if (ctx.options.EmailCheckStartUp == 1 && ctx.accounts.AcntNum >= 1) {
         v.setCaption(pause, "StartUp: Pause       ");
         v.setToolTip(pause, "Pause the StartUp Check Timer");

@@ -14,23 +14,20 @@ namespace velmora {
 
 namespace {
 
-const QString kMainButtons = QStringLiteral("tbrMainButtons");
-const QString kPageButtons = QStringLiteral("tbrButtons");
-
 // Steps 2 to 5 of a page switch: the page replaces the one showing, the tab
 // of the current account is selected, the banner names the page.
 void SwitchTo(AppContext& ctx, int page) {
     MainView& v = *ctx.view;
     for (int i = 0; i < 4; ++i) {
         if (i != page)
-            v.setVisible(Element("fraMain", i), false);
+            v.setVisible(Element(ctl::fraMain, i), false);
     }
     if (page == 0 && ctx.accounts.AcntNum > 0)
         v.tabs(TabStrip::Email).select(ctx.accounts.AcntCurrent);
     if (page == 1 && ctx.accounts.AcntNum > 0)
         v.tabs(TabStrip::Accounts).select(ctx.accounts.AcntCurrent);
-    v.setVisible(Element("fraMain", page), true);
-    v.setCaption("lblBanner", ctx.shell.PageBanners.value(page));
+    v.setVisible(Element(ctl::fraMain, page), true);
+    v.setCaption(ctl::lblBanner, ctx.shell.PageBanners.value(page));
 }
 
 } // namespace
@@ -38,12 +35,12 @@ void SwitchTo(AppContext& ctx, int page) {
 void ArrangeMainWindow(AppContext& ctx) {
     MainView& v = *ctx.view;
     for (const MainButton& b : MainButtonTable()) {
-        v.setCaption(Button(kMainButtons, b.key), b.caption);
-        v.setToolTip(Button(kMainButtons, b.key), b.tip);
-        v.setImage(Button(kMainButtons, b.key), b.key);
+        v.setCaption(Button(ctl::tbrMainButtons, b.key), b.caption);
+        v.setToolTip(Button(ctl::tbrMainButtons, b.key), b.tip);
+        v.setImage(Button(ctl::tbrMainButtons, b.key), b.key);
     }
     for (const PageButton& b : PageButtonTable()) {
-        const QString name = Element(kPageButtons, b.index);
+        const QString name = Element(ctl::tbrButtons, b.index);
         v.setCaption(name, b.caption);
         v.setToolTip(name, b.tip);
         v.setImage(name, b.image);
@@ -53,9 +50,10 @@ void ArrangeMainWindow(AppContext& ctx) {
         v.setToolTip(Button(b.toolbar, b.key), b.tip);
         v.setImage(Button(b.toolbar, b.key), b.key);
     }
-    v.setCaption("lblNoAcntsBanner", "No Accounts - Please use Add Accounts to create an Account");
+    v.setCaption(ctl::lblNoAcntsBanner,
+                 "No Accounts - Please use Add Accounts to create an Account");
     // Stop shows only during a retrieval.
-    v.setVisible(Element(kPageButtons, 1), false);
+    v.setVisible(Element(ctl::tbrButtons, 1), false);
 }
 
 void tbrMainButtons_ButtonClick(AppContext& ctx, const QString& key) {
@@ -74,10 +72,10 @@ void tbrMainButtons_ButtonClick(AppContext& ctx, const QString& key) {
     const int page = int(pages.indexOf(key));
     if (page < 0)
         return;
-    v.setVisible(Element("fraMain", ctx.shell.CurrentPage), false);
+    v.setVisible(Element(ctl::fraMain, ctx.shell.CurrentPage), false);
     ctx.shell.CurrentPage = page;
     SwitchTo(ctx, page);
-    v.setVisible("fraNoAcntsBanner", ctx.shell.CurrentPage < 3 && ctx.accounts.AcntNum == 0);
+    v.setVisible(ctl::fraNoAcntsBanner, ctx.shell.CurrentPage < 3 && ctx.accounts.AcntNum == 0);
 }
 
 void ShowPage(AppContext& ctx, int page) {
@@ -119,13 +117,13 @@ namespace {
 void SetAccountControls(MainView& v, bool enabled) {
     for (const char* key :
          {"EmailPreview", "EmailDelete", "EmailReply", "EmailOpen", "EmailNew", "EmailCheck"})
-        v.setEnabled(Button("tbrEmail", key), enabled);
+        v.setEnabled(Button(ctl::tbrEmail, key), enabled);
     for (const char* key : {"AcntDelete", "AcntTest"})
-        v.setEnabled(Button("tbrAcnts", key), enabled);
-    v.setEnabled("lvwEmail", enabled);
-    for (const char* entry :
-         {"mnuTrayRunClient", "mnuTrayCheckAll", "mnuTrayNewMessage", "mnuTrayAutoCheck",
-          "mnuTraySounds", "mnuTrayOptions", "mnuTrayMenuColours"})
+        v.setEnabled(Button(ctl::tbrAcnts, key), enabled);
+    v.setEnabled(ctl::lvwEmail, enabled);
+    for (const QString& entry :
+         {ctl::mnuTrayRunClient, ctl::mnuTrayCheckAll, ctl::mnuTrayNewMessage,
+          ctl::mnuTrayAutoCheck, ctl::mnuTraySounds, ctl::mnuTrayOptions, ctl::mnuTrayMenuColours})
         v.setEnabled(entry, enabled);
 }
 
@@ -137,24 +135,24 @@ void SetAccountState(AppContext& ctx) {
         return;
     }
     MainView& v = *ctx.view;
-    v.setVisible("fraNoAcntsBanner", false);
-    v.setVisible("fraRulesToolbar", true);
-    for (const char* bar : {"tbrEmail", "tbrAcnts", "tbrRules"})
+    v.setVisible(ctl::fraNoAcntsBanner, false);
+    v.setVisible(ctl::fraRulesToolbar, true);
+    for (const QString& bar : {ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules})
         v.setEnabled(bar, true);
     for (int i : {0, 2, 3, 4, 5, 8})
-        v.setEnabled(Element(kPageButtons, i), true);
+        v.setEnabled(Element(ctl::tbrButtons, i), true);
     // "EmailSpam" is left to the list fill.
     SetAccountControls(v, true);
 }
 
 void ShowNoAccountState(AppContext& ctx) {
     MainView& v = *ctx.view;
-    v.setVisible("fraNoAcntsBanner", true);
-    v.setVisible("fraRulesToolbar", false);
-    v.setEnabled(Button("tbrEmail", "EmailSpam"), false);
+    v.setVisible(ctl::fraNoAcntsBanner, true);
+    v.setVisible(ctl::fraRulesToolbar, false);
+    v.setEnabled(Button(ctl::tbrEmail, "EmailSpam"), false);
     // With no account neither Close nor Check All is offered.
     for (int i : {2, 3})
-        v.setEnabled(Element(kPageButtons, i), false);
+        v.setEnabled(Element(ctl::tbrButtons, i), false);
     SetAccountControls(v, false);
 }
 

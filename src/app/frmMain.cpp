@@ -130,14 +130,14 @@ void Form_Load(AppContext& ctx) {
 
     ctx.shell.CurrentPage = 0;
     for (int page = 0; page < 4; ++page)
-        v.setVisible(Element("fraMain", page), page == 0);
-    v.setCaption("lblBanner", ctx.shell.PageBanners.value(0));
+        v.setVisible(Element(ctl::fraMain, page), page == 0);
+    v.setCaption(ctl::lblBanner, ctx.shell.PageBanners.value(0));
     ShowAccountMessages(ctx, acc.AcntCurrent);
     ctx.list.AcntLastShown = acc.AcntCurrent;
     SetAccountState(ctx);
 
     SetColumnWidths(ctx);
-    v.setFocus("cmdTakeFocus");
+    v.setFocus(ctl::cmdTakeFocus);
 }
 
 void AddAccountTabs(AppContext& ctx) {

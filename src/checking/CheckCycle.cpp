@@ -213,25 +213,26 @@ void SuspendAutoCheck(AppContext& ctx, const QString& action) {
 void SetCheckingInterface(AppContext& ctx, bool enabled, bool showStop) {
     MainView& v = *ctx.view;
     ctx.check.InterfaceHeld = !enabled;
-    v.setVisible(Element("tbrButtons", 14), false);
+    v.setVisible(Element(ctl::tbrButtons, 14), false);
     if (enabled) {
         ctx.check.tmrRetrieveMessage->setEnabled(false);
-        v.setVisible(Element("tbrButtons", 1), false);
+        v.setVisible(Element(ctl::tbrButtons, 1), false);
         ShowPage(ctx, ctx.shell.CurrentPage);
     } else {
-        v.setCaption(Element("tbrButtons", 1), "Stop Retrieval      ");
-        v.setVisible(Element("tbrButtons", 1), showStop);
+        v.setCaption(Element(ctl::tbrButtons, 1), "Stop Retrieval      ");
+        v.setVisible(Element(ctl::tbrButtons, 1), showStop);
         if (!ctx.check.TestInProgress)
             ShowPage(ctx, 0);
     }
-    for (const char* control :
-         {"fraMainButtons", "fraEmailToolBar", "fraAcntToolBar", "TabStripEmail", "TabStripAcnts"})
+    for (const QString& control : {ctl::fraMainButtons, ctl::fraEmailToolBar, ctl::fraAcntToolBar,
+                                   ctl::TabStripEmail, ctl::TabStripAcnts})
         v.setEnabled(control, enabled);
     for (int i : {0, 2, 3, 4})
-        v.setEnabled(Element("tbrButtons", i), enabled);
-    for (const char* entry :
-         {"mnuTrayRunClient", "mnuTrayCheckAll", "mnuTrayNewMessage", "mnuTraySounds",
-          "mnuTrayOptions", "mnuTrayMenuColours", "mnuTrayUpdates", "mnuTrayAbout", "mnuTrayHelp"})
+        v.setEnabled(Element(ctl::tbrButtons, i), enabled);
+    for (const QString& entry :
+         {ctl::mnuTrayRunClient, ctl::mnuTrayCheckAll, ctl::mnuTrayNewMessage, ctl::mnuTraySounds,
+          ctl::mnuTrayOptions, ctl::mnuTrayMenuColours, ctl::mnuTrayUpdates, ctl::mnuTrayAbout,
+          ctl::mnuTrayHelp})
         v.setEnabled(entry, enabled);
     // One of the three places the program yields by itself.
     ctx.svc.events->DoEvents();

@@ -2,6 +2,7 @@
 
 #include "checking/PopSession.h"
 #include "context/AppContext.h"
+#include "platform/Controls.h"
 #include "platform/MainView.h"
 #include "platform/RuntimeErrors.h"
 
@@ -52,7 +53,7 @@ void tmrRetrieveMessage_Timer(AppContext& ctx) {
     else
         v.tabs(TabStrip::Email).setImage(v.tabs(TabStrip::Email).selected(), key);
     if (ctx.check.StopRequested) {
-        v.setCaption("tbrButtons(1)", "Terminating...      ");
+        v.setCaption(Element(ctl::tbrButtons, ctl::StopRetrieval), "Terminating...      ");
         v.status().setProgressVisible(false);
         v.status().setPanelText(1, "Terminating Connection...Please Wait");
         v.status().setPanelText(

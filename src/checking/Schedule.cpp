@@ -3,13 +3,14 @@
 #include "checking/CheckCycle.h"
 #include "context/AppContext.h"
 #include "context/ShellCalls.h"
+#include "platform/Controls.h"
 #include "platform/MainView.h"
 
 namespace velmora {
 
 namespace {
 
-const QString kPauseButton = QStringLiteral("tbrButtons(14)");
+const QString kPauseButton = Element(ctl::tbrButtons, ctl::PauseStartupCheck);
 
 // An "hh:mm" option as a time; what cannot be read counts as 0.
 QTime OptionTime(const QString& text) {
@@ -67,7 +68,7 @@ void SetAutoCheckTimers(AppContext& ctx) {
     const bool on = ctx.options.UseInterval == 1;
     ctx.check.tmrMailTime->setEnabled(on);
     ctx.shell.tmrStatusBar->setEnabled(!on);
-    ctx.view->setCaption("mnuTrayAutoCheck",
+    ctx.view->setCaption(ctl::mnuTrayAutoCheck,
                          on ? "&Auto Check - On|#AutoCheckOn" : "&Auto Check - Off|#AutoCheckOff");
     if (!on)
         ctx.check.NextCheckText = QStringLiteral("Auto Check Off");

@@ -42,7 +42,7 @@ void ShowAccountMessages(AppContext& ctx, int account) {
     MainView& v = *ctx.view;
     const Account& a = ctx.accounts[account];
     v.list().clear();
-    v.setEnabled(Button("tbrEmail", "EmailSpam"), false);
+    v.setEnabled(Button(ctl::tbrEmail, "EmailSpam"), false);
     ctx.list.ListAttachCount = ctx.list.ListDeleteAttachCount = ctx.list.ListNewAttachCount = 0;
     bool spamOffered = false;
     for (int i = 1; i <= a.AcntMsgCount; ++i) {
@@ -54,7 +54,7 @@ void ShowAccountMessages(AppContext& ctx, int account) {
         v.list().addRow(row);
     }
     if (spamOffered)
-        v.setEnabled(Button("tbrEmail", "EmailSpam"), true);
+        v.setEnabled(Button(ctl::tbrEmail, "EmailSpam"), true);
     if (a.AcntMsgCount > 0) {
         v.list().setRowSelected(1, false);
         ctx.list.SelectedMessage = 1;
@@ -66,8 +66,9 @@ void ShowAccountMessages(AppContext& ctx, int account) {
     SetAccountTabImage(ctx, account);
     // No row is selected after a fill, so nothing acts on a selection yet.
     for (const char* key : {"EmailPreview", "EmailReply", "EmailOpen", "EmailDelete"})
-        v.setEnabled(Button("tbrEmail", key), false);
-    for (const char* entry : {"mnuEmailPreview", "mnuEmailDelete", "mnuEmailReply", "mnuEmailOpen"})
+        v.setEnabled(Button(ctl::tbrEmail, key), false);
+    for (const QString& entry :
+         {ctl::mnuEmailPreview, ctl::mnuEmailDelete, ctl::mnuEmailReply, ctl::mnuEmailOpen})
         v.setEnabled(entry, false);
     RefreshAccountPanels(ctx, account);
 }

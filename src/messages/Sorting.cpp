@@ -39,9 +39,9 @@ QString Key(const MailMessage& m, int column) {
 
 void SetHeaderPictures(AppContext& ctx, const QString& column) {
     for (const QString& name : Columns())
-        ctx.view->setImage(Button("lvwEmail", name), "Blank");
+        ctx.view->setImage(Button(ctl::lvwEmail, name), "Blank");
     if (Columns().contains(column))
-        ctx.view->setImage(Button("lvwEmail", column),
+        ctx.view->setImage(Button(ctl::lvwEmail, column),
                            ctx.list.SortDescending != 0 ? "Descending" : "Ascending");
 }
 
@@ -60,7 +60,7 @@ void SetUpSortState(AppContext& ctx) {
     ctx.list.LastClickedColumn = ctx.list.SortColumnName;
     // A last-used column that names no column gets no picture.
     if (ctx.options.MessageSort == 1 && Columns().contains(ctx.list.SortColumnName))
-        ctx.view->setImage(Button("lvwEmail", ctx.list.SortColumnName),
+        ctx.view->setImage(Button(ctl::lvwEmail, ctx.list.SortColumnName),
                            ctx.list.SortDescending != 0 ? "Descending" : "Ascending");
 }
 

@@ -1,6 +1,7 @@
 #include "options/MenuColours.h"
 
 #include "context/AppContext.h"
+#include "platform/Controls.h"
 #include "platform/MainView.h"
 
 namespace velmora {
@@ -9,26 +10,26 @@ void ApplyMenuColourDefault(AppContext&) {}
 
 void MenuDesigner(AppContext& ctx) {
     struct Entry {
-        const char* name;
+        QString name;
         const char* caption;
     };
     static const Entry tray[] = {
-        {"mnuTrayShow", "&Show Velmora...|#Show"},
-        {"mnuTrayCheckAll", "&Check All|#CheckAll"},
-        {"mnuTrayNewMessage", "&New Message|#NewMessage"},
-        {"mnuTrayRunClient", "S&tart Email Client|#MailClient0"},
-        {"mnuTrayAutoCheck", "&Auto Check - On|#AutoCheckOn"},
-        {"mnuTraySounds", "Soun&ds - On|#SoundOn"},
-        {"mnuTrayOptions", "&Options...|#Gears"},
-        {"mnuTrayMenuColours", "&Menu Colours...|#MenuColours"},
-        {"mnuTrayUpdates", "&Updates|#Updates"},
-        {"mnuTrayAbout", "A&bout...|#About"},
-        {"mnuTrayHelp", "&Help|#Help"},
-        {"mnuTrayQuitApplication", "&Quit Application|#Quit"},
-        {"mnuEmailPreview", "&Preview|#Preview"},
-        {"mnuEmailDelete", "&Delete|#Delete"},
-        {"mnuEmailReply", "&Reply|#Reply"},
-        {"mnuEmailOpen", "&Open|#Open"},
+        {ctl::mnuTrayShow, "&Show Velmora...|#Show"},
+        {ctl::mnuTrayCheckAll, "&Check All|#CheckAll"},
+        {ctl::mnuTrayNewMessage, "&New Message|#NewMessage"},
+        {ctl::mnuTrayRunClient, "S&tart Email Client|#MailClient0"},
+        {ctl::mnuTrayAutoCheck, "&Auto Check - On|#AutoCheckOn"},
+        {ctl::mnuTraySounds, "Soun&ds - On|#SoundOn"},
+        {ctl::mnuTrayOptions, "&Options...|#Gears"},
+        {ctl::mnuTrayMenuColours, "&Menu Colours...|#MenuColours"},
+        {ctl::mnuTrayUpdates, "&Updates|#Updates"},
+        {ctl::mnuTrayAbout, "A&bout...|#About"},
+        {ctl::mnuTrayHelp, "&Help|#Help"},
+        {ctl::mnuTrayQuitApplication, "&Quit Application|#Quit"},
+        {ctl::mnuEmailPreview, "&Preview|#Preview"},
+        {ctl::mnuEmailDelete, "&Delete|#Delete"},
+        {ctl::mnuEmailReply, "&Reply|#Reply"},
+        {ctl::mnuEmailOpen, "&Open|#Open"},
     };
     for (const Entry& e : tray)
         ctx.view->setCaption(e.name, e.caption);

@@ -40,43 +40,44 @@ public:
 QString Element(const QString& array, int index);
 QString Button(const QString& toolbar, const QString& key);
 
-// The names the logic uses by themselves.
+// The names the logic uses by themselves; constant from the start, so
+// other constants may be made of them.
 namespace ctl {
-inline const QString lblBanner = QStringLiteral("lblBanner");
-inline const QString lblNoAcntsBanner = QStringLiteral("lblNoAcntsBanner");
-inline const QString lblRulesFileName = QStringLiteral("lblRulesFileName");
-inline const QString fraMain = QStringLiteral("fraMain");
-inline const QString fraNoAcntsBanner = QStringLiteral("fraNoAcntsBanner");
-inline const QString fraRulesToolbar = QStringLiteral("fraRulesToolbar");
-inline const QString fraMainButtons = QStringLiteral("fraMainButtons");
-inline const QString fraEmailToolBar = QStringLiteral("fraEmailToolBar");
-inline const QString fraAcntToolBar = QStringLiteral("fraAcntToolBar");
-inline const QString cmdTakeFocus = QStringLiteral("cmdTakeFocus");
-inline const QString tbrMainButtons = QStringLiteral("tbrMainButtons");
-inline const QString tbrButtons = QStringLiteral("tbrButtons");
-inline const QString tbrEmail = QStringLiteral("tbrEmail");
-inline const QString tbrAcnts = QStringLiteral("tbrAcnts");
-inline const QString tbrRules = QStringLiteral("tbrRules");
-inline const QString lvwEmail = QStringLiteral("lvwEmail");
-inline const QString TabStripEmail = QStringLiteral("TabStripEmail");
-inline const QString TabStripAcnts = QStringLiteral("TabStripAcnts");
-inline const QString TrayIcon = QStringLiteral("TrayIcon");
-inline const QString mnuTrayShow = QStringLiteral("mnuTrayShow");
-inline const QString mnuTrayCheckAll = QStringLiteral("mnuTrayCheckAll");
-inline const QString mnuTrayNewMessage = QStringLiteral("mnuTrayNewMessage");
-inline const QString mnuTrayRunClient = QStringLiteral("mnuTrayRunClient");
-inline const QString mnuTrayAutoCheck = QStringLiteral("mnuTrayAutoCheck");
-inline const QString mnuTraySounds = QStringLiteral("mnuTraySounds");
-inline const QString mnuTrayOptions = QStringLiteral("mnuTrayOptions");
-inline const QString mnuTrayMenuColours = QStringLiteral("mnuTrayMenuColours");
-inline const QString mnuTrayUpdates = QStringLiteral("mnuTrayUpdates");
-inline const QString mnuTrayAbout = QStringLiteral("mnuTrayAbout");
-inline const QString mnuTrayHelp = QStringLiteral("mnuTrayHelp");
-inline const QString mnuTrayQuitApplication = QStringLiteral("mnuTrayQuitApplication");
-inline const QString mnuEmailPreview = QStringLiteral("mnuEmailPreview");
-inline const QString mnuEmailDelete = QStringLiteral("mnuEmailDelete");
-inline const QString mnuEmailReply = QStringLiteral("mnuEmailReply");
-inline const QString mnuEmailOpen = QStringLiteral("mnuEmailOpen");
+inline constexpr QLatin1String lblBanner("lblBanner");
+inline constexpr QLatin1String lblNoAcntsBanner("lblNoAcntsBanner");
+inline constexpr QLatin1String lblRulesFileName("lblRulesFileName");
+inline constexpr QLatin1String fraMain("fraMain");
+inline constexpr QLatin1String fraNoAcntsBanner("fraNoAcntsBanner");
+inline constexpr QLatin1String fraRulesToolbar("fraRulesToolbar");
+inline constexpr QLatin1String fraMainButtons("fraMainButtons");
+inline constexpr QLatin1String fraEmailToolBar("fraEmailToolBar");
+inline constexpr QLatin1String fraAcntToolBar("fraAcntToolBar");
+inline constexpr QLatin1String cmdTakeFocus("cmdTakeFocus");
+inline constexpr QLatin1String tbrMainButtons("tbrMainButtons");
+inline constexpr QLatin1String tbrButtons("tbrButtons");
+inline constexpr QLatin1String tbrEmail("tbrEmail");
+inline constexpr QLatin1String tbrAcnts("tbrAcnts");
+inline constexpr QLatin1String tbrRules("tbrRules");
+inline constexpr QLatin1String lvwEmail("lvwEmail");
+inline constexpr QLatin1String TabStripEmail("TabStripEmail");
+inline constexpr QLatin1String TabStripAcnts("TabStripAcnts");
+inline constexpr QLatin1String TrayIcon("TrayIcon");
+inline constexpr QLatin1String mnuTrayShow("mnuTrayShow");
+inline constexpr QLatin1String mnuTrayCheckAll("mnuTrayCheckAll");
+inline constexpr QLatin1String mnuTrayNewMessage("mnuTrayNewMessage");
+inline constexpr QLatin1String mnuTrayRunClient("mnuTrayRunClient");
+inline constexpr QLatin1String mnuTrayAutoCheck("mnuTrayAutoCheck");
+inline constexpr QLatin1String mnuTraySounds("mnuTraySounds");
+inline constexpr QLatin1String mnuTrayOptions("mnuTrayOptions");
+inline constexpr QLatin1String mnuTrayMenuColours("mnuTrayMenuColours");
+inline constexpr QLatin1String mnuTrayUpdates("mnuTrayUpdates");
+inline constexpr QLatin1String mnuTrayAbout("mnuTrayAbout");
+inline constexpr QLatin1String mnuTrayHelp("mnuTrayHelp");
+inline constexpr QLatin1String mnuTrayQuitApplication("mnuTrayQuitApplication");
+inline constexpr QLatin1String mnuEmailPreview("mnuEmailPreview");
+inline constexpr QLatin1String mnuEmailDelete("mnuEmailDelete");
+inline constexpr QLatin1String mnuEmailReply("mnuEmailReply");
+inline constexpr QLatin1String mnuEmailOpen("mnuEmailOpen");
 
 // The elements of tbrButtons the logic names.
 constexpr int HelpEmail = 0;

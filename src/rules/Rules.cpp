@@ -2,6 +2,7 @@
 
 #include "context/AppContext.h"
 #include "options/IniFile.h"
+#include "platform/Controls.h"
 #include "platform/Files.h"
 #include "platform/MainView.h"
 
@@ -19,7 +20,7 @@ int Number(const QString& text, int fallback) {
 }
 
 void ShowFileName(AppContext& ctx) {
-    ctx.view->setCaption("lblRulesFileName",
+    ctx.view->setCaption(ctl::lblRulesFileName,
                          QStringLiteral("FileName: ") + ctx.options.RulesIniFileName);
 }
 
