@@ -121,7 +121,7 @@ void SetAccountControls(MainView& v, bool enabled) {
     for (const char* key : {"AcntDelete", "AcntTest"})
         v.setEnabled(Button(ctl::tbrAcnts, key), enabled);
     v.setEnabled(ctl::lvwEmail, enabled);
-    for (const QString& entry :
+    for (const auto& entry :
          {ctl::mnuTrayRunClient, ctl::mnuTrayCheckAll, ctl::mnuTrayNewMessage,
           ctl::mnuTrayAutoCheck, ctl::mnuTraySounds, ctl::mnuTrayOptions, ctl::mnuTrayMenuColours})
         v.setEnabled(entry, enabled);
@@ -137,7 +137,7 @@ void SetAccountState(AppContext& ctx) {
     MainView& v = *ctx.view;
     v.setVisible(ctl::fraNoAcntsBanner, false);
     v.setVisible(ctl::fraRulesToolbar, true);
-    for (const QString& bar : {ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules})
+    for (const auto& bar : {ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules})
         v.setEnabled(bar, true);
     for (int i : {0, 2, 3, 4, 5, 8})
         v.setEnabled(Element(ctl::tbrButtons, i), true);

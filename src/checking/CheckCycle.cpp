@@ -224,12 +224,12 @@ void SetCheckingInterface(AppContext& ctx, bool enabled, bool showStop) {
         if (!ctx.check.TestInProgress)
             ShowPage(ctx, 0);
     }
-    for (const QString& control : {ctl::fraMainButtons, ctl::fraEmailToolBar, ctl::fraAcntToolBar,
+    for (const auto& control : {ctl::fraMainButtons, ctl::fraEmailToolBar, ctl::fraAcntToolBar,
                                    ctl::TabStripEmail, ctl::TabStripAcnts})
         v.setEnabled(control, enabled);
     for (int i : {0, 2, 3, 4})
         v.setEnabled(Element(ctl::tbrButtons, i), enabled);
-    for (const QString& entry :
+    for (const auto& entry :
          {ctl::mnuTrayRunClient, ctl::mnuTrayCheckAll, ctl::mnuTrayNewMessage, ctl::mnuTraySounds,
           ctl::mnuTrayOptions, ctl::mnuTrayMenuColours, ctl::mnuTrayUpdates, ctl::mnuTrayAbout,
           ctl::mnuTrayHelp})

@@ -67,7 +67,7 @@ void ShowAccountMessages(AppContext& ctx, int account) {
     // No row is selected after a fill, so nothing acts on a selection yet.
     for (const char* key : {"EmailPreview", "EmailReply", "EmailOpen", "EmailDelete"})
         v.setEnabled(Button(ctl::tbrEmail, key), false);
-    for (const QString& entry :
+    for (const auto& entry :
          {ctl::mnuEmailPreview, ctl::mnuEmailDelete, ctl::mnuEmailReply, ctl::mnuEmailOpen})
         v.setEnabled(entry, false);
     RefreshAccountPanels(ctx, account);
