@@ -1,7 +1,8 @@
 // The desktop program: builds the context on the real platform and runs.
-#include "app/AppContext.h"
 #include "app/Main.h"
 #include "app/frmMainEvents.h"
+#include "context/AppContext.h"
+#include "platform/Headless.h"
 #include "platform/qt/DBusNotifier.h"
 #include "platform/qt/LockFileInstanceGuard.h"
 #include "platform/qt/QtPlatform.h"
@@ -28,6 +29,8 @@ int main(int argc, char** argv) {
     WidgetWindowFactory windows;
     WavePlayer sound;
     DBusNotifier notifier;
+    // The shell, printer and dialogs have no desktop version yet.
+    Headless headless;
 
     Services services = platform.services();
     services.boxes = &boxes;
@@ -36,6 +39,7 @@ int main(int argc, char** argv) {
     services.windows = &windows;
     services.sound = &sound;
     services.notifier = &notifier;
+    headless.fillBlanks(services);
 
     AppContext ctx(services);
     MainWindow window;

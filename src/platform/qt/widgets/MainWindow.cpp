@@ -1,480 +1,150 @@
 #include "platform/qt/widgets/MainWindow.h"
 
-#include "app/Pages.h"
-#include "platform/MainViewEvents.h"
+#include "platform/Controls.h"
+#include "platform/qt/widgets/AccountsPage.h"
+#include "platform/qt/widgets/EmailPage.h"
+#include "platform/qt/widgets/OptionsPage.h"
+#include "platform/qt/widgets/PageParts.h"
 #include "platform/qt/widgets/Pictures.h"
+#include "platform/qt/widgets/RulesPage.h"
+#include "platform/qt/widgets/WidgetStatusBar.h"
+#include "platform/qt/widgets/WidgetTray.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QHeaderView>
+#include <QHBoxLayout>
 #include <QLabel>
-#include <QMenu>
-#include <QProgressBar>
-#include <QSignalBlocker>
-#include <QStackedWidget>
+#include <QScreen>
 #include <QStatusBar>
-#include <QSystemTrayIcon>
-#include <QTabBar>
 #include <QToolBar>
 #include <QToolButton>
-#include <QTreeWidget>
 #include <QVBoxLayout>
 
 namespace velmora {
 
 namespace {
 
-const QString kPageArray = QStringLiteral("fraMain(");
-constexpr int kColumns = 5;
-// 3500 twips at the usual 15 twips to the pixel.
-constexpr int kMinimumHeight = 233;
-
-// Menu captions carry their picture's key behind "|#".
-QString MenuText(const QString& caption) {
-    const qsizetype cut = caption.indexOf(QLatin1String("|#"));
-    return cut < 0 ? caption : caption.left(cut);
-}
-
-QString MenuImage(const QString& caption) {
-    const qsizetype cut = caption.indexOf(QLatin1String("|#"));
-    return cut < 0 ? QString() : caption.mid(cut + 2);
-}
-
-int PageOf(const QString& control) {
-    if (!control.startsWith(kPageArray))
-        return -1;
-    return control.mid(kPageArray.size()).chopped(1).toInt();
-}
+const QSize kDesignSize(900, 560);
+constexpr int kMainIcon = 32;
 
 } // namespace
 
 MainWindow::MainWindow() {
-    setObjectName("frmMain");
-    setWindowTitle("Velmora");
-    designSize = QSize(880, 560);
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("Velmora"));
+    setWindowIcon(Pictures::Keyed(QStringLiteral("Email")));
+    // Never larger than the screen it opens on, whatever the scale.
+    designSize = kDesignSize;
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        designSize = designSize.boundedTo(screen->availableSize() * 0.9);
     resize(designSize);
-    setMinimumSize(designSize.width(), kMinimumHeight);
 
-    buildMainButtons();
-
+    // Parks the focus away from every other control.
     auto* central = new QWidget;
-    central->setFocusPolicy(Qt::StrongFocus);
-    name(central, "cmdTakeFocus");
-    auto* layout = new QVBoxLayout(central);
-    auto* banner = new QLabel;
-    QFont bannerFont = banner->font();
-    bannerFont.setPointSizeF(bannerFont.pointSizeF() * 1.6);
-    bannerFont.setBold(true);
-    banner->setFont(bannerFont);
-    name(banner, "lblBanner");
-    layout->addWidget(banner);
+    central->setFocusPolicy(Qt::ClickFocus);
+    central->setAccessibleName(QStringLiteral("Velmora"));
+    add(central, ctl::cmdTakeFocus);
+    auto* columns = new QHBoxLayout(central);
+    columns->addWidget(buildMainButtons());
 
-    auto* noAccounts = new QLabel;
-    noAccounts->setAlignment(Qt::AlignCenter);
-    noAccounts->setStyleSheet("QLabel { background: #fff4c2; padding: 8px; }");
-    name(noAccounts, "fraNoAcntsBanner");
-    name(noAccounts, "lblNoAcntsBanner");
-    noAccounts->hide();
-    layout->addWidget(noAccounts);
-
-    pages = new QStackedWidget;
-    for (int page = 0; page < 4; ++page)
-        pages->addWidget(buildPage(page));
-    layout->addWidget(pages, 1);
+    auto* right = new QVBoxLayout;
+    right->addWidget(buildBanners());
+    email = std::make_unique<EmailPage>(*this);
+    accounts = std::make_unique<AccountsPage>(*this);
+    rules = std::make_unique<RulesPage>(*this);
+    options = std::make_unique<OptionsPage>(*this);
+    // The logic shows one page at a time; the others take no room.
+    for (QWidget* page : {email->frame(), accounts->frame(), rules->frame(), options->frame()})
+        right->addWidget(page, 1);
+    columns->addLayout(right, 1);
     setCentralWidget(central);
 
-    buildStatusBar();
+    statusPanels = std::make_unique<WidgetStatusBar>(statusBar());
+    trayEntry = std::make_unique<WidgetTray>(*this, this);
+
+    if (const QStringList gaps = missing(); !gaps.isEmpty())
+        throw UnknownControl(QStringLiteral("the window lacks ") + gaps.join(QLatin1String(", ")));
 }
 
 MainWindow::~MainWindow() {
-    if (busyDepth > 0)
-        QApplication::restoreOverrideCursor();
+    setBusyCursor(false);
 }
 
-void MainWindow::name(QObject* control, const QString& controlName) {
-    if (control->objectName().isEmpty())
-        control->setObjectName(controlName);
-    controls.insert(controlName, control);
-}
-
-QObject* MainWindow::find(const QString& control) const {
-    return controls.value(control);
-}
-
-void MainWindow::click(const QString& control) {
-    if (events)
-        events->Click(control);
-}
-
-void MainWindow::buildMainButtons() {
-    auto* bar = addToolBar("Pages");
-    bar->setMovable(false);
-    bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
-    name(bar, "tbrMainButtons");
-    name(bar, "fraMainButtons");
-    for (const MainButton& b : MainButtonTable()) {
-        const QString control = Button("tbrMainButtons", b.key);
-        QAction* action = bar->addAction(b.key);
-        name(action, control);
-        connect(action, &QAction::triggered, this, [this, control] { click(control); });
-    }
-}
-
-QToolBar* MainWindow::buildToolbar(const QString& toolbar) {
-    auto* bar = new QToolBar;
-    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    bar->setIconSize(QSize(20, 20));
-    name(bar, toolbar);
-    for (const ToolbarButton& b : ToolbarButtonTable()) {
-        if (b.toolbar != toolbar)
-            continue;
-        const QString control = Button(toolbar, b.key);
-        QAction* action = bar->addAction(b.key);
-        name(action, control);
-        connect(action, &QAction::triggered, this, [this, control] { click(control); });
-    }
-    return bar;
-}
-
-QWidget* MainWindow::buildPage(int page) {
+QWidget* MainWindow::buildMainButtons() {
+    QBoxLayout* layout = nullptr;
     auto* frame = new QWidget;
-    name(frame, Element("fraMain", page));
-    auto* layout = new QVBoxLayout(frame);
+    add(frame, ctl::fraMainButtons);
+    layout = new QVBoxLayout(frame);
     layout->setContentsMargins(0, 0, 0, 0);
-    QWidget* content = page == 0   ? buildEmailPage()
-                       : page == 1 ? buildAccountsPage()
-                       : page == 2 ? buildRulesPage()
-                                   : new QLabel;
-    layout->addWidget(content, 1);
-
-    auto* row = new QWidget;
-    name(row, Element("fraButtons", page));
-    auto* rowLayout = new QHBoxLayout(row);
-    rowLayout->setContentsMargins(0, 0, 0, 0);
-    for (const PageButton& b : PageButtonTable()) {
-        if (b.page != page)
-            continue;
-        const QString control = Element("tbrButtons", b.index);
-        auto* button = new QToolButton;
-        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-        button->setAutoRaise(true);
-        button->setIconSize(QSize(20, 20));
-        name(button, control);
-        connect(button, &QToolButton::clicked, this, [this, control] { click(control); });
-        rowLayout->addWidget(button);
+    auto* bar = new QToolBar;
+    bar->setOrientation(Qt::Vertical);
+    bar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+    bar->setIconSize(QSize(kMainIcon, kMainIcon));
+    bar->setMovable(false);
+    bar->setFloatable(false);
+    add(bar, ctl::tbrMainButtons);
+    for (const MainButton& b : MainButtonTable()) {
+        // The window's own buttons stand apart from the pages'.
+        if (b.key == QLatin1String("Quit")) {
+            auto* gap = new QWidget;
+            gap->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
+            bar->addWidget(gap);
+        }
+        QAction* action = bar->addAction(b.key);
+        add(action, Button(ctl::tbrMainButtons, b.key));
+        PageParts::KeyboardReachable(bar, action);
     }
-    rowLayout->addStretch(1);
-    layout->addWidget(row);
+    layout->addWidget(bar, 1);
     return frame;
 }
 
-QWidget* MainWindow::buildPage(const QString& toolbar, const QString& frame, QVBoxLayout*& layout) {
-    auto* page = new QWidget;
-    layout = new QVBoxLayout(page);
+QWidget* MainWindow::buildBanners() {
+    auto* holder = new QWidget;
+    auto* layout = new QVBoxLayout(holder);
     layout->setContentsMargins(0, 0, 0, 0);
-    QToolBar* bar = buildToolbar(toolbar);
-    name(bar, frame);
-    layout->addWidget(bar);
-    return page;
+    auto* banner = new QLabel;
+    QFont font = banner->font();
+    font.setPointSizeF(font.pointSizeF() * 1.6);
+    font.setBold(true);
+    banner->setFont(font);
+    add(banner, ctl::lblBanner);
+    layout->addWidget(banner);
+
+    auto* noAccounts = new QWidget;
+    // A note that stands out in light and dark themes alike.
+    QPalette note = noAccounts->palette();
+    note.setColor(QPalette::Window, QColor(0xff, 0xf4, 0xc2));
+    note.setColor(QPalette::WindowText, QColor(0x30, 0x28, 0x00));
+    noAccounts->setPalette(note);
+    noAccounts->setAutoFillBackground(true);
+    add(noAccounts, ctl::fraNoAcntsBanner);
+    auto* noteLayout = new QVBoxLayout(noAccounts);
+    auto* noteText = new QLabel;
+    noteText->setAlignment(Qt::AlignCenter);
+    noteText->setWordWrap(true);
+    add(noteText, ctl::lblNoAcntsBanner);
+    noteLayout->addWidget(noteText);
+    layout->addWidget(noAccounts);
+    return holder;
 }
 
-QTabBar* MainWindow::buildTabStrip(int strip, const QString& control) {
-    tabs[strip] = new QTabBar;
-    tabs[strip]->setExpanding(false);
-    name(tabs[strip], control);
-    connect(tabs[strip], &QTabBar::currentChanged, this, [this, control] { click(control); });
-    return tabs[strip];
+TabStripView& MainWindow::tabs(TabStrip strip) {
+    if (strip == TabStrip::Email)
+        return email->tabs;
+    return accounts->tabs;
 }
 
-QWidget* MainWindow::buildEmailPage() {
-    QVBoxLayout* layout = nullptr;
-    QWidget* page = buildPage("tbrEmail", "fraEmailToolBar", layout);
-    layout->addWidget(buildTabStrip(0, "TabStripEmail"));
-
-    list = new QTreeWidget;
-    list->setColumnCount(kColumns);
-    list->setHeaderLabels({"From", "To", "Subject", "Date", "Size"});
-    list->setRootIsDecorated(false);
-    list->setUniformRowHeights(true);
-    list->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    list->header()->setStretchLastSection(false);
-    name(list, "lvwEmail");
-    layout->addWidget(list, 1);
-    return page;
+MessageListView& MainWindow::list() {
+    return email->list;
 }
 
-QWidget* MainWindow::buildAccountsPage() {
-    QVBoxLayout* layout = nullptr;
-    QWidget* page = buildPage("tbrAcnts", "fraAcntToolBar", layout);
-    layout->addWidget(buildTabStrip(1, "TabStripAcnts"));
-    auto* fields = new QWidget;
-    name(fields, "fraAcnt");
-    layout->addWidget(fields, 1);
-    return page;
+StatusBarView& MainWindow::status() {
+    return *statusPanels;
 }
 
-QWidget* MainWindow::buildRulesPage() {
-    QVBoxLayout* layout = nullptr;
-    QWidget* page = buildPage("tbrRules", "fraRulesToolbar", layout);
-    auto* fileName = new QLabel;
-    name(fileName, "lblRulesFileName");
-    layout->addWidget(fileName);
-    layout->addStretch(1);
-    return page;
-}
-
-void MainWindow::buildStatusBar() {
-    QStatusBar* bar = statusBar();
-    name(bar, "StatusBar");
-    for (int panel = 1; panel <= 5; ++panel) {
-        panels[panel] = new QLabel;
-        panels[panel]->setObjectName(QStringLiteral("StatusBar.Panel%1").arg(panel));
-        panels[panel]->setMinimumWidth(panel == 1 ? 220 : 120);
-        if (panel == 2) {
-            progress = new QProgressBar;
-            progress->setObjectName("ProgressBar");
-            progress->setMaximumWidth(220);
-            progress->hide();
-            bar->addWidget(progress);
-        }
-        bar->addWidget(panels[panel], panel == 1 ? 1 : 0);
-    }
-}
-
-void MainWindow::buildTray() {
-    tray = new QSystemTrayIcon(this);
-    trayMenu = new QMenu(this);
-    struct Entry {
-        const char* control;
-        const char* fallback;
-    };
-    for (const Entry& e :
-         {Entry{"mnuTrayShow", "Show"}, Entry{"", ""}, Entry{"mnuTrayQuitApplication", "Quit"}}) {
-        const QString control = QString::fromLatin1(e.control);
-        if (control.isEmpty()) {
-            trayMenu->addSeparator();
-            continue;
-        }
-        QAction* action = trayMenu->addAction(QString::fromLatin1(e.fallback));
-        name(action, control);
-        connect(action, &QAction::triggered, this, [this, control] { click(control); });
-    }
-    tray->setContextMenu(trayMenu);
-    connect(tray, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason r) {
-        if (r == QSystemTrayIcon::Trigger)
-            click("TrayIcon");
-    });
-}
-
-void MainWindow::setEnabled(const QString& control, bool enabled) {
-    QObject* c = find(control);
-    if (auto* action = qobject_cast<QAction*>(c))
-        action->setEnabled(enabled);
-    else if (auto* widget = qobject_cast<QWidget*>(c))
-        widget->setEnabled(enabled);
-}
-
-bool MainWindow::isEnabled(const QString& control) const {
-    QObject* c = find(control);
-    if (auto* action = qobject_cast<QAction*>(c))
-        return action->isEnabled();
-    if (auto* widget = qobject_cast<QWidget*>(c))
-        return widget->isEnabled();
-    return false;
-}
-
-void MainWindow::setVisible(const QString& control, bool visible) {
-    // The pages share one place: showing one replaces the other.
-    if (const int page = PageOf(control); page >= 0) {
-        if (visible)
-            pages->setCurrentIndex(page);
-        return;
-    }
-    QObject* c = find(control);
-    if (auto* action = qobject_cast<QAction*>(c))
-        action->setVisible(visible);
-    else if (auto* widget = qobject_cast<QWidget*>(c))
-        widget->setVisible(visible);
-}
-
-bool MainWindow::isVisible(const QString& control) const {
-    if (const int page = PageOf(control); page >= 0)
-        return pages->currentIndex() == page;
-    QObject* c = find(control);
-    if (auto* action = qobject_cast<QAction*>(c))
-        return action->isVisible();
-    if (auto* widget = qobject_cast<QWidget*>(c))
-        return !widget->isHidden();
-    return false;
-}
-
-void MainWindow::setCaption(const QString& control, const QString& caption) {
-    QObject* c = find(control);
-    if (!c)
-        return;
-    c->setProperty("caption", caption);
-    if (auto* action = qobject_cast<QAction*>(c)) {
-        action->setText(MenuText(caption));
-        if (const QString image = MenuImage(caption); !image.isEmpty())
-            setImage(control, image);
-    } else if (auto* label = qobject_cast<QLabel*>(c)) {
-        label->setText(caption);
-    } else if (auto* button = qobject_cast<QAbstractButton*>(c)) {
-        button->setText(caption);
-    }
-}
-
-QString MainWindow::caption(const QString& control) const {
-    QObject* c = find(control);
-    return c ? c->property("caption").toString() : QString();
-}
-
-void MainWindow::setToolTip(const QString& control, const QString& tip) {
-    QObject* c = find(control);
-    if (auto* action = qobject_cast<QAction*>(c))
-        action->setToolTip(tip);
-    else if (auto* widget = qobject_cast<QWidget*>(c))
-        widget->setToolTip(tip);
-}
-
-void MainWindow::setImage(const QString& control, const QString& imageKey) {
-    // Column headers are addressed as "lvwEmail/<header text>".
-    if (control.startsWith(QLatin1String("lvwEmail/"))) {
-        const QString header = control.mid(9);
-        for (int column = 0; column < kColumns; ++column) {
-            if (list->headerItem()->text(column) == header)
-                list->headerItem()->setIcon(column, Pictures::Keyed(imageKey));
-        }
-        return;
-    }
-    QObject* c = find(control);
-    if (auto* action = qobject_cast<QAction*>(c))
-        action->setIcon(Pictures::Keyed(imageKey));
-    else if (auto* button = qobject_cast<QAbstractButton*>(c))
-        button->setIcon(Pictures::Keyed(imageKey));
-}
-
-void MainWindow::setFocus(const QString& control) {
-    if (auto* widget = qobject_cast<QWidget*>(find(control)))
-        widget->setFocus();
-}
-
-void MainWindow::setPanelText(int panel, const QString& text) {
-    if (panel >= 1 && panel <= 5)
-        panels[panel]->setText(text);
-}
-
-QString MainWindow::panelText(int panel) const {
-    return panel >= 1 && panel <= 5 ? panels[panel]->text() : QString();
-}
-
-void MainWindow::setPanelPicture(int panel, const QString& imageKey) {
-    if (panel < 1 || panel > 5)
-        return;
-    panels[panel]->setProperty("picture", imageKey);
-}
-
-QTabBar* MainWindow::strip(TabStrip which) const {
-    return tabs[which == TabStrip::Email ? 0 : 1];
-}
-
-void MainWindow::clearTabs(TabStrip which) {
-    QTabBar* bar = strip(which);
-    const QSignalBlocker block(bar);
-    while (bar->count() > 0)
-        bar->removeTab(0);
-}
-
-void MainWindow::addTab(TabStrip which, const QString& caption, const QString& imageKey) {
-    QTabBar* bar = strip(which);
-    const QSignalBlocker block(bar);
-    const int index = bar->addTab(Pictures::Keyed(imageKey), caption);
-    bar->setTabData(index, imageKey);
-}
-
-int MainWindow::tabCount(TabStrip which) const {
-    return strip(which)->count();
-}
-
-void MainWindow::setTabCaption(TabStrip which, int tab, const QString& caption) {
-    strip(which)->setTabText(tab - 1, caption);
-}
-
-void MainWindow::setTabImage(TabStrip which, int tab, const QString& imageKey) {
-    QTabBar* bar = strip(which);
-    if (tab < 1 || tab > bar->count())
-        return;
-    bar->setTabIcon(tab - 1, Pictures::Keyed(imageKey));
-    bar->setTabData(tab - 1, imageKey);
-}
-
-QString MainWindow::tabImage(TabStrip which, int tab) const {
-    return strip(which)->tabData(tab - 1).toString();
-}
-
-void MainWindow::selectTab(TabStrip which, int tab) {
-    QTabBar* bar = strip(which);
-    const QSignalBlocker block(bar);
-    if (tab >= 1 && tab <= bar->count())
-        bar->setCurrentIndex(tab - 1);
-}
-
-int MainWindow::selectedTab(TabStrip which) const {
-    return strip(which)->currentIndex() + 1;
-}
-
-void MainWindow::clearList() {
-    list->clear();
-}
-
-void MainWindow::addListRow(const ListRow& row) {
-    auto* item = new QTreeWidgetItem(list, row.cells);
-    item->setIcon(0, Pictures::Keyed(row.picture));
-    if (row.bold) {
-        QFont font = item->font(0);
-        font.setBold(true);
-        for (int column = 0; column < kColumns; ++column)
-            item->setFont(column, font);
-    }
-}
-
-int MainWindow::listRowCount() const {
-    return list->topLevelItemCount();
-}
-
-bool MainWindow::isListRowSelected(int row) const {
-    const QTreeWidgetItem* item = list->topLevelItem(row - 1);
-    return item && item->isSelected();
-}
-
-void MainWindow::setListRowSelected(int row, bool selected) {
-    if (QTreeWidgetItem* item = list->topLevelItem(row - 1))
-        item->setSelected(selected);
-}
-
-int MainWindow::listColumnWidth(int column) const {
-    return column >= 1 && column <= kColumns ? list->columnWidth(column - 1) : 0;
-}
-
-void MainWindow::setListColumnWidth(int column, int width) {
-    if (column >= 1 && column <= kColumns)
-        list->setColumnWidth(column - 1, width);
-}
-
-int MainWindow::listWidth() const {
-    // Before the first show the list has no geometry yet; the window's
-    // design width stands in.
-    return list->isVisible() ? list->viewport()->width() : designSize.width() - 24;
-}
-
-void MainWindow::setProgressVisible(bool visible) {
-    progress->setVisible(visible);
-}
-
-void MainWindow::setProgress(int minimum, int maximum, int value) {
-    progress->setRange(minimum, maximum);
-    progress->setValue(qBound(minimum, value, maximum));
+TrayView& MainWindow::tray() {
+    return *trayEntry;
 }
 
 WindowState MainWindow::windowState() const {
@@ -487,6 +157,7 @@ WindowState MainWindow::windowState() const {
 }
 
 void MainWindow::setWindowState(WindowState state) {
+    // The logic runs its own resize handling after changing the state.
     applyingState = true;
     switch (state) {
     case WindowState::Normal:
@@ -503,7 +174,9 @@ void MainWindow::setWindowState(WindowState state) {
 }
 
 void MainWindow::restoreDesignSize() {
+    applyingState = true;
     resize(designSize);
+    applyingState = false;
 }
 
 void MainWindow::showWindow() {
@@ -516,60 +189,37 @@ void MainWindow::showWindow() {
 
 void MainWindow::hideWindow() {
     applyingState = true;
-    if (taskbarFallback && !QSystemTrayIcon::isSystemTrayAvailable())
+    if (taskbarFallback && !WidgetTray::available())
         showMinimized();
     else
         hide();
     applyingState = false;
 }
 
-void MainWindow::setBusyCursor(bool busy) {
-    if (busy && busyDepth == 0) {
+void MainWindow::setBusyCursor(bool on) {
+    if (on == busy)
+        return;
+    busy = on;
+    if (on)
         QApplication::setOverrideCursor(Qt::WaitCursor);
-        busyDepth = 1;
-    } else if (!busy && busyDepth > 0) {
+    else
         QApplication::restoreOverrideCursor();
-        busyDepth = 0;
-    }
 }
 
 void MainWindow::unloadWindow() {
     unloaded = true;
-    if (tray)
-        tray->hide();
+    trayEntry->remove();
     hide();
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
-void MainWindow::trayAdd() {
-    if (!tray)
-        buildTray();
-    tray->setIcon(Pictures::Tray({7}));
-    tray->show();
-}
-
-void MainWindow::trayModify(const QList<int>& picture, const QString& tip) {
-    if (!tray)
-        return;
-    const QIcon icon = Pictures::Tray(picture);
-    tray->setIcon(icon);
-    setWindowIcon(icon);
-    // The tip holds 63 characters at most.
-    tray->setToolTip(tip.left(63));
-}
-
-void MainWindow::trayDelete() {
-    if (tray)
-        tray->hide();
-}
-
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (unloaded || !events) {
+    if (unloaded) {
         event->accept();
         return;
     }
     bool cancel = false;
-    events->Unload(cancel);
+    report()([&cancel](MainViewEvents& events) { events.Unload(cancel); });
     if (cancel) {
         event->ignore();
         return;
@@ -578,10 +228,21 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     unloadWindow();
 }
 
+void MainWindow::resized() {
+    if (!applyingState)
+        report()([](MainViewEvents& events) { events.Resize(); });
+}
+
 void MainWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::WindowStateChange && !applyingState && events)
-        events->Resize();
+    if (event->type() == QEvent::WindowStateChange)
+        resized();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (QMainWindow::isVisible())
+        resized();
 }
 
 } // namespace velmora

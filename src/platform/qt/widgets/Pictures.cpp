@@ -39,22 +39,56 @@ void DrawBadge(QPainter& p, const QColor& colour, const QString& letter) {
 }
 
 QColor BadgeColour(const QString& key) {
-    static const QHash<QString, QColor> colours = {
-        {"Help", QColor(60, 120, 200)},   {"Stop", QColor(200, 50, 50)},
-        {"Close", QColor(110, 110, 110)}, {"CheckAll", QColor(40, 150, 80)},
-        {"Save", QColor(40, 110, 170)},   {"Cancel", QColor(180, 90, 40)},
-        {"Pause", QColor(200, 150, 30)},  {"Quit", QColor(170, 40, 40)},
-        {"Size", QColor(100, 100, 160)},  {"Options", QColor(90, 90, 90)},
-        {"Rules", QColor(130, 80, 160)},  {"Accounts", QColor(40, 130, 140)},
-        {"Folder", QColor(200, 160, 60)}, {"Spam", QColor(200, 110, 30)},
-        {"Delete", QColor(200, 50, 50)},  {"New", QColor(40, 150, 80)},
-        {"Attach", QColor(90, 90, 160)},
+    // In this order: "SpamNew" is spam first, "RulesAdd" an addition.
+    struct Entry {
+        const char* word;
+        QColor colour;
     };
-    for (auto it = colours.begin(); it != colours.end(); ++it) {
-        if (key.contains(it.key()))
-            return it.value();
+    static const Entry colours[] = {
+        {"Delete", QColor(200, 50, 50)},    {"Spam", QColor(200, 110, 30)},
+        {"Stop", QColor(200, 50, 50)},      {"Cancel", QColor(180, 90, 40)},
+        {"Quit", QColor(170, 40, 40)},      {"Add", QColor(40, 150, 80)},
+        {"New", QColor(40, 150, 80)},       {"CheckAll", QColor(40, 150, 80)},
+        {"Attach", QColor(90, 90, 160)},    {"Help", QColor(60, 120, 200)},
+        {"Close", QColor(110, 110, 110)},   {"Save", QColor(40, 110, 170)},
+        {"Pause", QColor(200, 150, 30)},    {"Size", QColor(100, 100, 160)},
+        {"Options", QColor(90, 90, 90)},    {"Rules", QColor(130, 80, 160)},
+        {"Accounts", QColor(40, 130, 140)}, {"Folder", QColor(200, 160, 60)},
+    };
+    for (const Entry& e : colours) {
+        if (key.contains(QLatin1String(e.word)))
+            return e.colour;
     }
     return QColor(70, 100, 140);
+}
+
+// The letter of a badge: a toolbar's buttons share their first word
+// ("EmailPreview", "EmailDelete"), so theirs comes from the second.
+QString BadgeLetter(const QString& key) {
+    for (const char* prefix : {"Email", "Acnt", "Rules"}) {
+        const QLatin1String p(prefix);
+        if (key.startsWith(p) && key.size() > p.size() && key.at(p.size()).isUpper())
+            return key.mid(p.size(), 1);
+    }
+    return key.left(1).toUpper();
+}
+
+// The column the list is sorted by: a triangle pointing the way it runs.
+void DrawSortArrow(QPainter& p, bool descending) {
+    p.setPen(Qt::NoPen);
+    p.setBrush(QColor(90, 90, 90));
+    QPainterPath path;
+    if (descending) {
+        path.moveTo(8, 11);
+        path.lineTo(24, 11);
+        path.lineTo(16, 22);
+    } else {
+        path.moveTo(8, 22);
+        path.lineTo(24, 22);
+        path.lineTo(16, 11);
+    }
+    path.closeSubpath();
+    p.drawPath(path);
 }
 
 QPixmap Blank() {
@@ -74,7 +108,13 @@ QIcon Keyed(const QString& key) {
     QPixmap pixmap = Blank();
     QPainter p(&pixmap);
     p.setRenderHint(QPainter::Antialiasing);
-    if (key.startsWith(QLatin1String("Mail")) || key == QLatin1String("Email")) {
+    if (key == QLatin1String("Ascending") || key == QLatin1String("Descending")) {
+        DrawSortArrow(p, key == QLatin1String("Descending"));
+    } else if (key == QLatin1String("Normal") || key == QLatin1String("New")) {
+        // A message row: read, or new and lit.
+        DrawEnvelope(p, key == QLatin1String("New") ? QColor(255, 230, 120) : QColor(245, 245, 245),
+                     QColor(40, 60, 90));
+    } else if (key.startsWith(QLatin1String("Mail")) || key == QLatin1String("Email")) {
         const bool disabled = key.endsWith(QLatin1String("Disabled"));
         const QColor line = disabled ? QColor(150, 150, 150) : QColor(40, 60, 90);
         QColor fill = key.startsWith(QLatin1String("MailYes")) ? QColor(255, 230, 120)
@@ -87,7 +127,7 @@ QIcon Keyed(const QString& key) {
         if (key.startsWith(QLatin1String("MailError")))
             DrawCross(p, QColor(200, 40, 40));
     } else {
-        DrawBadge(p, BadgeColour(key), key.left(1).toUpper());
+        DrawBadge(p, BadgeColour(key), BadgeLetter(key));
     }
     p.end();
     return cache[key] = QIcon(pixmap);

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/qt/widgets/WidgetTabStrip.h"
+
+class QWidget;
+
+namespace velmora {
+
+// fraMain(1): the toolbar, a tab for each account, the account's settings
+// below them and the page's buttons.
+class AccountsPage {
+public:
+    explicit AccountsPage(WidgetControls& controls);
+
+    QWidget* frame() const { return page; }
+
+    WidgetTabStrip tabs;
+
+private:
+    QWidget* page = nullptr;
+};
+
+} // namespace velmora

@@ -1,0 +1,70 @@
+#include "platform/qt/widgets/PageParts.h"
+
+#include "platform/Controls.h"
+#include "platform/qt/widgets/WidgetControls.h"
+
+#include <QAction>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace velmora::PageParts {
+
+namespace {
+
+constexpr int kIcon = 20;
+
+} // namespace
+
+void KeyboardReachable(QToolBar* bar, QAction* action) {
+    // Toolbar buttons take no focus by default; Tab should reach them.
+    if (QWidget* button = bar->widgetForAction(action))
+        button->setFocusPolicy(Qt::TabFocus);
+}
+
+QWidget* Frame(WidgetControls& controls, const QString& name, QBoxLayout*& layout) {
+    auto* frame = new QWidget;
+    controls.add(frame, name);
+    layout = new QVBoxLayout(frame);
+    layout->setContentsMargins(0, 0, 0, 0);
+    return frame;
+}
+
+QWidget* FramedToolbar(WidgetControls& controls, const QString& frame, const QString& toolbar) {
+    QBoxLayout* layout = nullptr;
+    QWidget* holder = Frame(controls, frame, layout);
+    auto* bar = new QToolBar;
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize(QSize(kIcon, kIcon));
+    bar->setFloatable(false);
+    bar->setMovable(false);
+    controls.add(bar, toolbar);
+    for (const ToolbarButton& b : ToolbarButtonTable()) {
+        if (b.toolbar != toolbar)
+            continue;
+        QAction* action = bar->addAction(b.key);
+        controls.add(action, Button(toolbar, b.key));
+        KeyboardReachable(bar, action);
+    }
+    layout->addWidget(bar);
+    return holder;
+}
+
+QWidget* PageButtonRow(WidgetControls& controls, int page) {
+    // A toolbar, so that on a narrow screen what does not fit goes into its
+    // overflow menu rather than off the window's edge.
+    auto* row = new QToolBar;
+    row->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    row->setIconSize(QSize(kIcon, kIcon));
+    row->setFloatable(false);
+    row->setMovable(false);
+    for (const PageButton& b : PageButtonTable()) {
+        if (b.page != page)
+            continue;
+        QAction* action = row->addAction(b.key);
+        controls.add(action, Element(ctl::tbrButtons, b.index));
+        KeyboardReachable(row, action);
+    }
+    return row;
+}
+
+} // namespace velmora::PageParts

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+class QAction;
+class QBoxLayout;
+class QToolBar;
+class QWidget;
+
+namespace velmora {
+
+class WidgetControls;
+
+// The parts the pages share.
+namespace PageParts {
+
+// A page or frame named `name`, laid out top to bottom without margins.
+QWidget* Frame(WidgetControls& controls, const QString& name, QBoxLayout*& layout);
+// The toolbar `toolbar` with its buttons from ToolbarButtonTable(), alone in
+// the frame `frame`.
+QWidget* FramedToolbar(WidgetControls& controls, const QString& frame, const QString& toolbar);
+// The row of tbrButtons elements that belong to `page`, at its foot.
+QWidget* PageButtonRow(WidgetControls& controls, int page);
+// Lets Tab reach the button showing `action`.
+void KeyboardReachable(QToolBar* bar, QAction* action);
+
+} // namespace PageParts
+} // namespace velmora

@@ -1,0 +1,102 @@
+#include "platform/qt/widgets/WidgetTabStrip.h"
+
+#include "platform/qt/widgets/Pictures.h"
+#include "platform/qt/widgets/WidgetControls.h"
+
+#include <QSignalBlocker>
+#include <QTabBar>
+
+namespace velmora {
+
+namespace {
+
+// Account names are the user's: an ampersand in one is no mnemonic.
+QString Shown(const QString& caption) {
+    return QString(caption).replace(QLatin1Char('&'), QLatin1String("&&"));
+}
+
+QString Unshown(const QString& text) {
+    return QString(text).replace(QLatin1String("&&"), QLatin1String("&"));
+}
+
+} // namespace
+
+WidgetTabStrip::WidgetTabStrip(WidgetControls& controls, const QString& name, const QString& role)
+    : bar(new QTabBar) {
+    bar->setExpanding(false);
+    bar->setUsesScrollButtons(true);
+    bar->setElideMode(Qt::ElideRight);
+    bar->setIconSize(QSize(20, 20));
+    bar->setAccessibleName(role);
+    controls.add(bar, name);
+    // Only the user's selections get here: the logic's are made with the
+    // bar's signals blocked.
+    QObject::connect(bar, &QTabBar::currentChanged, bar,
+                     [report = controls.report(), name](int index) {
+                         if (index >= 0)
+                             report([&name](MainViewEvents& events) { events.TabClick(name); });
+                     });
+}
+
+int WidgetTabStrip::index(int tab) const {
+    return tab >= 1 && tab <= bar->count() ? tab - 1 : -1;
+}
+
+void WidgetTabStrip::name(int index) {
+    // A tab without a caption (no account yet) still needs a spoken name.
+    const QString text = Unshown(bar->tabText(index)).trimmed();
+    bar->setAccessibleTabName(index, text.isEmpty() ? QStringLiteral("No account") : text);
+}
+
+void WidgetTabStrip::clear() {
+    const QSignalBlocker block(bar);
+    while (bar->count() > 0)
+        bar->removeTab(bar->count() - 1);
+}
+
+void WidgetTabStrip::addTab(const QString& caption, const QString& imageKey) {
+    const QSignalBlocker block(bar);
+    const int added = bar->addTab(Pictures::Keyed(imageKey), Shown(caption));
+    bar->setTabData(added, imageKey);
+    name(added);
+}
+
+int WidgetTabStrip::count() const {
+    return bar->count();
+}
+
+void WidgetTabStrip::setCaption(int tab, const QString& caption) {
+    if (const int i = index(tab); i >= 0) {
+        bar->setTabText(i, Shown(caption));
+        name(i);
+    }
+}
+
+QString WidgetTabStrip::caption(int tab) const {
+    const int i = index(tab);
+    return i >= 0 ? Unshown(bar->tabText(i)) : QString();
+}
+
+void WidgetTabStrip::setImage(int tab, const QString& imageKey) {
+    if (const int i = index(tab); i >= 0) {
+        bar->setTabIcon(i, Pictures::Keyed(imageKey));
+        bar->setTabData(i, imageKey);
+    }
+}
+
+QString WidgetTabStrip::image(int tab) const {
+    const int i = index(tab);
+    return i >= 0 ? bar->tabData(i).toString() : QString();
+}
+
+void WidgetTabStrip::select(int tab) {
+    const QSignalBlocker block(bar);
+    if (const int i = index(tab); i >= 0)
+        bar->setCurrentIndex(i);
+}
+
+int WidgetTabStrip::selected() const {
+    return bar->currentIndex() + 1;
+}
+
+} // namespace velmora
