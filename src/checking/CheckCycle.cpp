@@ -225,14 +225,13 @@ void SetCheckingInterface(AppContext& ctx, bool enabled, bool showStop) {
             ShowPage(ctx, 0);
     }
     for (const auto& control : {ctl::fraMainButtons, ctl::fraEmailToolBar, ctl::fraAcntToolBar,
-                                   ctl::TabStripEmail, ctl::TabStripAcnts})
+                                ctl::TabStripEmail, ctl::TabStripAcnts})
         v.setEnabled(control, enabled);
     for (int i : {0, 2, 3, 4})
         v.setEnabled(Element(ctl::tbrButtons, i), enabled);
-    for (const auto& entry :
-         {ctl::mnuTrayRunClient, ctl::mnuTrayCheckAll, ctl::mnuTrayNewMessage, ctl::mnuTraySounds,
-          ctl::mnuTrayOptions, ctl::mnuTrayMenuColours, ctl::mnuTrayUpdates, ctl::mnuTrayAbout,
-          ctl::mnuTrayHelp})
+    for (const auto& entry : {ctl::mnuTrayRunClient, ctl::mnuTrayCheckAll, ctl::mnuTrayNewMessage,
+                              ctl::mnuTraySounds, ctl::mnuTrayOptions, ctl::mnuTrayMenuColours,
+                              ctl::mnuTrayUpdates, ctl::mnuTrayAbout, ctl::mnuTrayHelp})
         v.setEnabled(entry, enabled);
     // One of the three places the program yields by itself.
     ctx.svc.events->DoEvents();

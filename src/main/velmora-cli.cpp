@@ -1,7 +1,7 @@
 // The command-line program: the logic on the real platform, without
 // widgets, a window kept in memory and message boxes and sounds recorded.
-#include "context/AppContext.h"
 #include "app/CommandLine.h"
+#include "context/AppContext.h"
 #include "platform/Headless.h"
 #include "platform/StateView.h"
 #include "platform/qt/QtPlatform.h"

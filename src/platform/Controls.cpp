@@ -94,15 +94,14 @@ const QVector<ControlInfo>& ControlTable() {
         using K = ControlKind;
         for (int page = 0; page < 4; ++page)
             t.append({Element(ctl::fraMain, page), K::Frame});
-        for (const auto& name : {ctl::fraNoAcntsBanner, ctl::fraRulesToolbar,
-                                    ctl::fraMainButtons, ctl::fraEmailToolBar, ctl::fraAcntToolBar})
+        for (const auto& name : {ctl::fraNoAcntsBanner, ctl::fraRulesToolbar, ctl::fraMainButtons,
+                                 ctl::fraEmailToolBar, ctl::fraAcntToolBar})
             t.append({name, K::Frame});
         for (const auto& name : {ctl::lblBanner, ctl::lblNoAcntsBanner, ctl::lblRulesFileName})
             t.append({name, K::Label});
         t.append({ctl::cmdTakeFocus, K::Focus});
         t.append({ctl::TrayIcon, K::Tray});
-        for (const auto& name :
-             {ctl::tbrMainButtons, ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules})
+        for (const auto& name : {ctl::tbrMainButtons, ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules})
             t.append({name, K::Toolbar});
         for (const MainButton& b : MainButtonTable())
             t.append({Button(ctl::tbrMainButtons, b.key), K::Button});
