@@ -2,7 +2,6 @@
 
 #include "messages/Capture.h"
 #include "messages/DateText.h"
-#include "platform/qt/HugePages.h"
 
 namespace velmora {
 
@@ -21,7 +20,6 @@ struct Job {
 
     ParsedMessage parse() {
         ParsedMessage parsed = ParseMessage(message, retrievedAt);
-        UseHugePagesAround(parsed.body.constData());
         if (scanners)
             ScanForRules(parsed, scanners);
         // Written here, the date costs the list nothing once the last
@@ -60,7 +58,6 @@ struct ParseWorker::Queue {
 };
 
 ParseWorker::ParseWorker() : queue(std::make_shared<Queue>()) {
-    GrowHeapsInLargeSteps();
     thread = std::thread([queue = queue] {
         // Loading and setting up the MIME library takes milliseconds: here
         // it runs beside whatever the other thread waits for.
@@ -81,7 +78,6 @@ ParseWorker::~ParseWorker() {
 std::function<ParsedMessage()> ParseWorker::submit(QByteArray message, QDateTime retrievedAt,
                                                    std::shared_ptr<const FieldScanners> scanners,
                                                    std::optional<QLocale> dateLocale) {
-    UseHugePagesAround(message.constData());
     auto job = std::make_shared<Job>();
     job->message = std::move(message);
     job->retrievedAt = retrievedAt;

@@ -10,7 +10,6 @@ class ParseWorkerTest : public QObject {
 private Q_SLOTS:
     void resultsAsParsedHereInAnyOrder();
     void textIsLetGoOnceParsed();
-    void bodiesLieInHugePageMemory();
 };
 
 namespace {
@@ -21,29 +20,6 @@ QByteArray Message(int n) {
 }
 
 const QDateTime kAt(QDate(2026, 11, 21), QTime(12, 0));
-
-// The kernel's flags of the mapping that holds `p`, blank when none does.
-QByteArray FlagsOfMapping(const void* p) {
-    QFile smaps("/proc/self/smaps");
-    if (!smaps.open(QIODevice::ReadOnly))
-        return {};
-    const auto at = quintptr(p);
-    bool inside = false;
-    for (const QByteArray& line : smaps.readAll().split('\n')) {
-        const qsizetype dash = line.indexOf('-');
-        const qsizetype blank = line.indexOf(' ');
-        if (dash > 0 && blank > dash && !line.endsWith(" kB")) {
-            bool ok1 = false, ok2 = false;
-            const quintptr start = line.left(dash).toULongLong(&ok1, 16);
-            const quintptr end = line.mid(dash + 1, blank - dash - 1).toULongLong(&ok2, 16);
-            if (ok1 && ok2)
-                inside = at >= start && at < end;
-        } else if (inside && line.startsWith("VmFlags:")) {
-            return line.mid(8) + ' ';
-        }
-    }
-    return {};
-}
 
 } // namespace
 
@@ -77,28 +53,6 @@ void ParseWorkerTest::textIsLetGoOnceParsed() {
     QTRY_VERIFY(text.isDetached());
     QCOMPARE(item.Size(), text.size());
     QCOMPARE(item.From(), QString("a300@x"));
-}
-
-// Messages fill tens of megabytes during a check: the memory the worker
-// parses them into is asked to come in huge pages.
-void ParseWorkerTest::bodiesLieInHugePageMemory() {
-    if (!QFile::exists("/sys/kernel/mm/transparent_hugepage/enabled"))
-        QSKIP("this kernel has no huge pages");
-    ParseWorker worker;
-    QList<QByteArray> texts;
-    QList<std::function<ParsedMessage()>> pending;
-    for (int n = 0; n < 50; ++n) {
-        texts.append(Message(n));
-        pending.append(worker.submit(texts.last(), kAt));
-    }
-    // Each text is let go once the worker has parsed it.
-    QTRY_VERIFY(std::all_of(texts.begin(), texts.end(),
-                            [](const QByteArray& text) { return text.isDetached(); }));
-    for (const auto& parse : pending) {
-        const ParsedMessage message = parse();
-        const QByteArray flags = FlagsOfMapping(message.body.constData());
-        QVERIFY2(flags.contains(" hg "), flags.constData());
-    }
 }
 
 QTEST_GUILESS_MAIN(ParseWorkerTest)
