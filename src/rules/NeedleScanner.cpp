@@ -156,15 +156,4 @@ void NeedleScanner::found(int row, qsizetype at, std::vector<int>& first) const 
     }
 }
 
-std::shared_ptr<const FieldScan> ScanFields(std::shared_ptr<const FieldScanners> by,
-                                            const QString (&text)[4]) {
-    auto scan = std::make_shared<FieldScan>();
-    for (int f = 0; f < 4; ++f) {
-        by->field[f].scan(text[f], scan->first[f]);
-        scan->text[f] = text[f];
-    }
-    scan->by = std::move(by);
-    return scan;
-}
-
 } // namespace velmora

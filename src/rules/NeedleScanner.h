@@ -2,7 +2,6 @@
 
 #include <QString>
 #include <QStringList>
-#include <memory>
 #include <vector>
 
 namespace velmora {
@@ -48,21 +47,8 @@ private:
 };
 
 // The needles of a message's four text fields: From, To, Subject, Body.
-// Never changed once built, so that messages can be scanned by them on any
-// thread.
 struct FieldScanners {
     NeedleScanner field[4];
 };
-
-// One scan of a message's text fields: by which scanners, in which texts,
-// and where each needle first stands.
-struct FieldScan {
-    std::shared_ptr<const FieldScanners> by;
-    QString text[4];
-    std::vector<int> first[4];
-};
-
-std::shared_ptr<const FieldScan> ScanFields(std::shared_ptr<const FieldScanners> by,
-                                            const QString (&text)[4]);
 
 } // namespace velmora
