@@ -55,8 +55,10 @@ void NeedleScanner::build(const QStringList& needles) {
     delta.assign(width, -1);
     std::vector<std::vector<int>> out(1);
     lengths.clear();
+    longest = 0;
     for (const QString& needle : needles) {
         lengths.push_back(int(needle.size()));
+        longest = std::max(longest, int(needle.size()));
         size_t at = 0;
         for (const QChar ch : needle) {
             const size_t edge = at * width + classOf[ch.unicode()];
@@ -114,6 +116,9 @@ void NeedleScanner::build(const QStringList& needles) {
         const int row = next * classes;
         next = out[size_t(next)].empty() ? row : -row - 1;
     }
+    narrow.clear();
+    if (delta.size() < 32768)
+        narrow.assign(delta.begin(), delta.end());
 }
 
 void NeedleScanner::scan(const QString& text, std::vector<int>& first) const {
@@ -130,29 +135,71 @@ void NeedleScanner::scan(const QString& text, std::vector<int>& first) const {
     if (!any)
         return;
     const char16_t* data = reinterpret_cast<const char16_t*>(text.constData());
-    const int* table = delta.data();
+    if (!narrow.empty())
+        walk(narrow.data(), data, text.size(), first);
+    else
+        walk(delta.data(), data, text.size(), first);
+}
+
+void NeedleScanner::found(int row, qsizetype at, std::vector<int>& first) const {
+    const int state = row / classes;
+    for (int k = outStart[size_t(state)]; k < outStart[size_t(state) + 1]; ++k) {
+        const int needle = outList[size_t(k)];
+        const int position = int(at) - lengths[size_t(needle)] + 2;
+        int& kept = first[size_t(needle)];
+        if (kept == 0 || position < kept)
+            kept = position;
+    }
+}
+
+// A long text is read as four parts at once: four independent walks keep
+// the processor busy where one walk would wait on each step. Each part
+// starts early by the longest needle less one, so a needle that ends in it
+// is found whatever came before; an occurrence found twice keeps its first
+// position.
+template <class Step>
+void NeedleScanner::walk(const Step* table, const char16_t* data, qsizetype size,
+                         std::vector<int>& first) const {
+    constexpr int kParts = 4;
     const quint16* classOf = this->classOf.data();
-    int row = 0;
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        const int next = table[row + classOf[data[at]]];
+    const auto step = [&](int& row, qsizetype at) {
+        const char16_t c = data[at];
+        const int next = table[row + classOf[c]];
         if (next >= 0) {
             row = next;
         } else {
             row = -next - 1;
             found(row, at, first);
         }
+    };
+    const qsizetype part = size / kParts;
+    if (part < 4 * qsizetype(longest) + 64) {
+        int row = 0;
+        for (qsizetype at = 0; at < size; ++at)
+            step(row, at);
+        return;
     }
-}
-
-// The walk goes left to right, so a needle's first end found is its first
-// place.
-void NeedleScanner::found(int row, qsizetype at, std::vector<int>& first) const {
-    const int state = row / classes;
-    for (int k = outStart[size_t(state)]; k < outStart[size_t(state) + 1]; ++k) {
-        const int needle = outList[size_t(k)];
-        int& kept = first[size_t(needle)];
-        if (kept == 0)
-            kept = int(at) - lengths[size_t(needle)] + 2;
+    qsizetype from[kParts];
+    qsizetype to[kParts];
+    for (int k = 0; k < kParts; ++k) {
+        from[k] = k == 0 ? 0 : k * part - (longest - 1);
+        to[k] = k == kParts - 1 ? size : (k + 1) * part;
+    }
+    int rows[kParts] = {0, 0, 0, 0};
+    const qsizetype together = to[0] - from[0];
+    int r0 = 0, r1 = 0, r2 = 0, r3 = 0;
+    for (qsizetype i = 0; i < together; ++i) {
+        step(r0, from[0] + i);
+        step(r1, from[1] + i);
+        step(r2, from[2] + i);
+        step(r3, from[3] + i);
+    }
+    rows[1] = r1;
+    rows[2] = r2;
+    rows[3] = r3;
+    for (int k = 1; k < kParts; ++k) {
+        for (qsizetype at = from[k] + together; at < to[k]; ++at)
+            step(rows[k], at);
     }
 }
 

@@ -31,19 +31,25 @@ public:
     void scan(const QString& text, std::vector<int>& first) const;
 
 private:
+    template <class Step>
+    void walk(const Step* table, const char16_t* data, qsizetype size,
+              std::vector<int>& first) const;
     // Notes what ends in a state at a position; positions count from 0.
     void found(int row, qsizetype at, std::vector<int>& first) const;
 
     int classes = 1;
     // The next state's row, by row + class: the row's offset, or, for a
-    // state where a needle ends, minus the offset minus 1.
+    // state where a needle ends, minus the offset minus 1. Kept in 16 bits
+    // when it fits, so the table stays in the fastest cache.
     std::vector<int> delta;
+    std::vector<qint16> narrow;
     std::vector<int> outStart; // needles ending in state s: outList[outStart[s]..outStart[s+1])
     std::vector<int> outList;
     // The class of each character a text may hold, read as its upper case:
     // 0 for one no needle uses.
     std::vector<quint16> classOf;
     std::vector<int> lengths;
+    int longest = 0;
 };
 
 // The needles of a message's four text fields: From, To, Subject, Body.

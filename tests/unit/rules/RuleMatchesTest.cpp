@@ -19,6 +19,8 @@ private Q_SLOTS:
     void scannerAgreesWithPlainSearch();
     void scannerAgreesOnLongTexts_data();
     void scannerAgreesOnLongTexts();
+    void scannerFindsNeedlesAcrossItsParts_data();
+    void scannerFindsNeedlesAcrossItsParts();
     void scannerAgreesOnManyNeedles_data();
     void scannerAgreesOnManyNeedles();
 
@@ -197,7 +199,7 @@ void RuleMatchesTest::firstMarkingRuleDecides() {
 
 // The one-pass scan must give what a search for each needle alone gives,
 // on overlapping needles, repeats and letters beyond ASCII, in short texts
-// and in long ones.
+// and in long ones, which it reads in parts.
 void RuleMatchesTest::scannerAgreesWithPlainSearch() {
     const QString alphabet = QString::fromUtf8("abAB éÉßΣσ");
     QRandomGenerator random(7);
@@ -227,15 +229,17 @@ void RuleMatchesTest::scannerAgreesWithPlainSearch() {
     }
 }
 
-// Long texts with needles planted late: long needles, letters beyond ASCII
-// whose upper case differs, and more different letters than a byte counts,
-// so the table's rows are wide.
+// Long texts with needles planted late: around the length where the text
+// is read in four parts, long needles, letters beyond ASCII whose upper
+// case differs, and so many different letters that the table is too large
+// for 16 bits.
 void RuleMatchesTest::scannerAgreesOnLongTexts_data() {
     QTest::addColumn<int>("size");
     QTest::addColumn<QStringList>("needles");
     QTest::addColumn<QString>("alphabet");
-    QTest::newRow("short needles")
-        << 3000 << QStringList{"QRST", "XY", "ABCDEFGHIJ"} << "abxyqrst ";
+    const QStringList words{"QRST", "XY", "ABCDEFGHIJ"};
+    QTest::newRow("just below four parts") << 4 * (4 * 10 + 64) - 1 << words << "abxyqrst ";
+    QTest::newRow("at four parts") << 4 * (4 * 10 + 64) << words << "abxyqrst ";
     QTest::newRow("a long needle")
         << 20000 << QStringList{"THE QUICK BROWN FOX JUMPS OVER THE LAZY DOG", "OX"}
         << "the quick brown fox jumps over the lazy dog";
@@ -271,8 +275,7 @@ void RuleMatchesTest::scannerAgreesOnLongTexts() {
         QString text;
         for (int k = 0; k < size; ++k)
             text += alphabet[int(random.bounded(int(alphabet.size())))];
-        // Some needles planted in the latter half, after the text made of
-        // their letters.
+        // Some needles planted late, where later parts read them.
         for (const QString& needle : needles) {
             if (random.bounded(2) == 0)
                 text.replace(int(random.bounded(size / 2, size - int(needle.size()))),
@@ -283,6 +286,34 @@ void RuleMatchesTest::scannerAgreesOnLongTexts() {
         const QString upper = RuleUpper(text);
         for (int n = 0; n < needles.size(); ++n)
             QCOMPARE(first[size_t(n)], int(upper.indexOf(needles[n])) + 1);
+    }
+}
+
+// A long text is read in four parts; a needle that straddles where one
+// part ends must still be found, once, at its first place.
+void RuleMatchesTest::scannerFindsNeedlesAcrossItsParts_data() {
+    QTest::addColumn<int>("boundary");
+    QTest::addColumn<QChar>("filler");
+    QTest::newRow("first end") << 300 << QChar('y');
+    QTest::newRow("middle") << 600 << QChar('y');
+    QTest::newRow("last end") << 900 << QChar('y');
+    QTest::newRow("beyond ASCII") << 600 << QChar(0x3c3);
+}
+
+void RuleMatchesTest::scannerFindsNeedlesAcrossItsParts() {
+    QFETCH(int, boundary);
+    QFETCH(QChar, filler);
+    const int size = 1200;
+    NeedleScanner scanner;
+    scanner.build({"QRST", "X"});
+    for (int at = boundary - 10; at <= boundary + 10; ++at) {
+        QString text(size, filler);
+        text.replace(at, 4, "qrst");
+        text.replace(size - 1, 1, "x");
+        std::vector<int> first;
+        scanner.scan(text, first);
+        QCOMPARE(first[0], at + 1);
+        QCOMPARE(first[1], size);
     }
 }
 
