@@ -4,7 +4,6 @@
 #include "checking/PopSession.h"
 #include "context/AppContext.h"
 #include "messages/DateText.h"
-#include "messages/MimeParser.h"
 #include "messages/Sorting.h"
 #include "platform/PopErrors.h"
 #include "rules/RuleCheck.h"
@@ -23,12 +22,6 @@ QString CleanFrom(QString from) {
 QString CleanTo(QString to) {
     to.remove(QLatin1Char('"'));
     return to.isEmpty() ? QStringLiteral("Undisclosed-Recipient") : to;
-}
-
-void ScanForRules(ParsedMessage& parsed, std::shared_ptr<const FieldScanners> scanners) {
-    const QString fields[4] = {CleanFrom(parsed.from), CleanTo(parsed.to), parsed.subject,
-                               parsed.body};
-    parsed.scan = ScanFields(std::move(scanners), fields);
 }
 
 QString SizeText(qint64 bytes) {
@@ -52,8 +45,7 @@ void Capture(AppContext& ctx, int account, int i) {
     m.MsgID = item.Uid();
     m.From = CleanFrom(m.From);
     m.To = CleanTo(m.To);
-    const QString written = item.DateText(ctx.svc.locale);
-    m.Date = written.isEmpty() ? MessageDate(date, ctx.svc.locale) : written;
+    m.Date = MessageDate(date, ctx.svc.locale);
     m.Attach = item.AttachmentCount() > 0;
     // To is never blank by now, so this never holds; the order is kept.
     if (m.From.isEmpty() && m.To.isEmpty() && m.Size.toLongLong() < 2)
@@ -73,11 +65,6 @@ void Fetch(AppContext& ctx, int account) {
         return;
     }
     ctx.check.ReceivedCount = 1;
-    // The rules' texts are looked for while the messages come in.
-    if (ctx.rules.LiveRules.RuleCount >= 1)
-        ctx.check.PopClient->setScanners(RuleScanners(ctx));
-    // So are the dates written, for the list.
-    ctx.check.PopClient->setDateLocale(ctx.svc.locale);
     ctx.check.PopClient->Messages().FetchAll();
     // The server is left before any parsing or rule work.
     CloseConnection(ctx);
@@ -85,8 +72,7 @@ void Fetch(AppContext& ctx, int account) {
 
 // The cells from what the client holds (when `capture`), then marks and
 // counters. Each message is filled, told new or not and run through the
-// rules in one go: no step looks at another message, and a message's
-// rules can run while the next is still being parsed.
+// rules in one go: no step looks at another message.
 void Evaluate(AppContext& ctx, int account, bool capture) {
     Account& a = ctx.accounts[account];
     // Only the identifiers of the first AcntMsgCount rows count as seen.
@@ -95,14 +81,11 @@ void Evaluate(AppContext& ctx, int account, bool capture) {
     for (int j = 1; j <= a.AcntMsgCount; ++j)
         seen.insert(ctx.messages.at(account, j).PrevMsgID);
     for (int i = 1; i <= a.AcntMsgCount; ++i) {
-        std::shared_ptr<const FieldScan> scan;
-        if (capture) {
+        if (capture)
             Capture(ctx, account, i);
-            scan = ctx.check.PopClient->Messages().Item(i - 1).Scan();
-        }
         MailMessage& m = ctx.messages.at(account, i);
         m.New = !seen.contains(m.MsgID);
-        RuleCheck(ctx, account, i, scan.get());
+        RuleCheck(ctx, account, i);
     }
     if (capture && a.AcntIncomplete)
         ctx.check.IncompleteAccounts += a.AcntName + QStringLiteral("\r\n");

@@ -1,13 +1,10 @@
 #pragma once
 
 #include <QString>
-#include <memory>
 
 namespace velmora {
 
 struct AppContext;
-struct FieldScanners;
-struct ParsedMessage;
 
 // Brings an account's messages over from the logged-in POP client into the
 // message store: Quick Check, the fetch, the fields, the new-message test,
@@ -17,9 +14,6 @@ void ProcessMessages(AppContext& ctx, int account);
 // The field cleaning of a capture.
 QString CleanFrom(QString from);
 QString CleanTo(QString to);
-// Scans a parsed message's fields as a capture will fill them, for the
-// rules; safe on any thread.
-void ScanForRules(ParsedMessage& parsed, std::shared_ptr<const FieldScanners> scanners);
 // Whole kilobytes of 1000 bytes, rounded half to even.
 QString SizeText(qint64 bytes);
 

@@ -27,8 +27,7 @@ QString TimeFormatOf(const QLocale& locale) {
     if (UsForm(locale))
         return QStringLiteral("h:mm:ss AP");
     QString format = locale.timeFormat(QLocale::LongFormat);
-    // Dates are also written on the parse thread.
-    thread_local const QRegularExpression zone(QStringLiteral("\\s*\\(?t+\\)?\\s*"));
+    static const QRegularExpression zone(QStringLiteral("\\s*\\(?t+\\)?\\s*"));
     return format.remove(zone).trimmed();
 }
 

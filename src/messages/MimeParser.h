@@ -2,14 +2,9 @@
 
 #include <QByteArray>
 #include <QDateTime>
-#include <QLocale>
 #include <QString>
-#include <memory>
-#include <optional>
 
 namespace velmora {
-
-struct FieldScan;
 
 // What the program reads of a message, decoded into Unicode.
 struct ParsedMessage {
@@ -20,13 +15,6 @@ struct ParsedMessage {
     QString header;  // the header block as the server sent it
     QString body;    // the text/plain part, or the text of an HTML-only message
     int attachments = 0;
-    // The rules' needles found in the fields, when they were looked for
-    // beside the parse.
-    std::shared_ptr<const FieldScan> scan;
-    // The date as the message list writes it, when it was written beside
-    // the parse, and the locale it was written for.
-    QString dateText;
-    std::optional<QLocale> dateLocale;
 };
 
 // Parses a whole message (CR LF line ends). Malformed input never fails:

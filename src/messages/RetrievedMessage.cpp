@@ -11,20 +11,10 @@ void RetrievedMessage::setListing(qint64 bytes, const QString& id) {
     uid = id;
 }
 
-void RetrievedMessage::setData(QByteArray data, const QDateTime& at) {
-    raw = std::move(data);
-    size = raw.size();
-    retrievedAt = at;
+void RetrievedMessage::setData(const QByteArray& data, const QDateTime& at) {
+    size = data.size();
     retrieved = true;
-    parsed.reset();
-    parsing = nullptr;
-}
-
-void RetrievedMessage::setParse(std::function<ParsedMessage()> pending) {
-    parsing = std::move(pending);
-    // The parse holds the text now; let go of it here, so that its memory
-    // is free again as soon as the parse is done.
-    raw = QByteArray();
+    parsed = ParseMessage(data, at);
 }
 
 QString RetrievedMessage::HeaderDigest(const QByteArray& message) {
@@ -33,17 +23,10 @@ QString RetrievedMessage::HeaderDigest(const QByteArray& message) {
                QCryptographicHash::hash(HeaderBlock(message), QCryptographicHash::Sha1).toHex());
 }
 
+// A message never retrieved has blank fields and the time it was asked for.
 const ParsedMessage& RetrievedMessage::fields() const {
-    if (!parsed && parsing) {
-        parsed = parsing();
-        parsing = nullptr;
-    }
-    if (!parsed) {
-        parsed =
-            ParseMessage(raw, retrievedAt.isValid() ? retrievedAt : QDateTime::currentDateTime());
-    }
-    // The text is read once; what was parsed from it is all that stays.
-    raw = QByteArray();
+    if (!parsed)
+        parsed = ParseMessage(QByteArray(), QDateTime::currentDateTime());
     return *parsed;
 }
 

@@ -4,23 +4,19 @@
 #include "platform/PopClient.h"
 
 #include <QByteArray>
-#include <functional>
 #include <optional>
 
 namespace velmora {
 
 // A message of the mailbox as the POP client holds it: what the listing
-// said of it and, once retrieved, its whole text. The fields a reader asks
-// for are parsed from that text on first use, after the connection is gone.
+// said of it and, once retrieved, the fields parsed from its text.
 class RetrievedMessage : public PopMessage {
 public:
     void setListing(qint64 listedSize, const QString& uid);
     void setUid(const QString& id) { uid = id; }
-    // The message as retrieved: dot-unstuffed, CR LF line ends.
-    void setData(QByteArray data, const QDateTime& retrievedAt);
-    // Where the parse of the data is to be had, when something else has
-    // taken it on.
-    void setParse(std::function<ParsedMessage()> pending);
+    // The message as retrieved (dot-unstuffed, CR LF line ends), parsed at
+    // once; only what was parsed from it stays.
+    void setData(const QByteArray& data, const QDateTime& retrievedAt);
 
     qint64 Size() const override { return retrieved ? size : listedSize; }
     QString From() const override { return fields().from; }
@@ -33,11 +29,6 @@ public:
     int AttachmentCount() const override { return fields().attachments; }
     bool Deleted() const override { return deleted; }
     void setDeleted(bool on) override { deleted = on; }
-    std::shared_ptr<const FieldScan> Scan() const override { return fields().scan; }
-    QString DateText(const QLocale& locale) const override {
-        const ParsedMessage& f = fields();
-        return f.dateLocale && *f.dateLocale == locale ? f.dateText : QString();
-    }
 
     // The identifier of a message on a server without UIDL: a digest of its
     // header block, which the server never changes.
@@ -49,12 +40,9 @@ private:
     QString uid;
     qint64 listedSize = 0;
     qint64 size = 0;
-    mutable QByteArray raw;
-    QDateTime retrievedAt;
     bool retrieved = false;
     bool deleted = false;
     mutable std::optional<ParsedMessage> parsed;
-    mutable std::function<ParsedMessage()> parsing;
 };
 
 } // namespace velmora

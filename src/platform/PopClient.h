@@ -3,14 +3,10 @@
 #include "platform/Failure.h"
 
 #include <QDateTime>
-#include <QLocale>
 #include <QString>
 #include <memory>
 
 namespace velmora {
-
-struct FieldScan;
-struct FieldScanners;
 
 // One message of the open mailbox. After FetchAll every property is in
 // memory; after ListMessages only Uid and the size are known.
@@ -30,12 +26,6 @@ public:
     // Marked messages are deleted on the server by Disconnect.
     virtual bool Deleted() const = 0;
     virtual void setDeleted(bool deleted) = 0;
-    // The fields scanned for the rules' needles beside the parse, if they
-    // were.
-    virtual std::shared_ptr<const FieldScan> Scan() const { return nullptr; }
-    // The Date as the message list writes it, when it was written beside the
-    // parse for this locale; empty otherwise.
-    virtual QString DateText(const QLocale& /*locale*/) const { return QString(); }
 };
 
 // The message collection of the open mailbox.
@@ -88,12 +78,6 @@ public:
     virtual void setTimeout(int seconds) = 0;
     virtual void setSecurity(int mode) = 0;
     virtual void setNotification(PopNotify* receiver) = 0;
-    // Needles to look for in the fields of each message as soon as it is
-    // parsed, while the rest is still coming in; none by default.
-    virtual void setScanners(std::shared_ptr<const FieldScanners> /*scanners*/) {}
-    // The locale the message list writes dates in, so that each message's
-    // date can be written beside its parse; none by default.
-    virtual void setDateLocale(const QLocale& /*locale*/) {}
 
     // Connects and logs in; raises a Failure carrying LastError otherwise.
     virtual void Connect() = 0;

@@ -2,7 +2,6 @@
 
 #include <QString>
 #include <QStringList>
-#include <memory>
 #include <vector>
 
 namespace velmora {
@@ -20,8 +19,7 @@ QString RuleUpper(const QString& text);
 // in its upper-case form: the rules' Contains tests all read one field of a
 // message, and the field may be a long body. Built as an automaton over
 // the characters the needles use (Aho and Corasick), with a full table of
-// next states, so a pass costs one table step a character; a long text
-// whose needles suit it goes through a sieve instead.
+// next states, so a pass costs one table step a character.
 class NeedleScanner {
 public:
     // Needles are upper-case already; blank ones are allowed.
@@ -36,19 +34,6 @@ private:
     template <class Step>
     void walk(const Step* table, const char16_t* data, qsizetype size,
               std::vector<int>& first) const;
-    // A long text walked in many parts side by side with vector gathers;
-    // false when the processor, the needles or the text's length do not
-    // allow it.
-    bool walkWide(const char16_t* data, qsizetype size, std::vector<int>& first) const;
-    void walkLanes(const char16_t* data, qsizetype size, std::vector<int>& first) const;
-    // Needles of four characters or more can be looked for by a sieve
-    // instead: eight characters of each (all of a shorter one) let only the
-    // few places where they could stand through to a closer look. False
-    // when it cannot be used, or when so many places pass that the walk is
-    // cheaper; `first` is then as it was.
-    struct Sieve;
-    void buildSieve(const QStringList& needles);
-    bool sieveScan(const char16_t* data, qsizetype size, std::vector<int>& first) const;
     // Notes what ends in a state at a position; positions count from 0.
     void found(int row, qsizetype at, std::vector<int>& first) const;
 
@@ -63,30 +48,13 @@ private:
     // The class of each character a text may hold, read as its upper case:
     // 0 for one no needle uses.
     std::vector<quint16> classOf;
-    // The classes of the first 128 characters, kept when every class fits
-    // in a byte.
-    std::vector<quint8> asciiClass;
     std::vector<int> lengths;
     int longest = 0;
-    std::shared_ptr<const Sieve> sieve; // null when the needles do not suit one
 };
 
 // The needles of a message's four text fields: From, To, Subject, Body.
-// Never changed once built, so that messages can be scanned by them on any
-// thread.
 struct FieldScanners {
     NeedleScanner field[4];
 };
-
-// One scan of a message's text fields: by which scanners, in which texts,
-// and where each needle first stands.
-struct FieldScan {
-    std::shared_ptr<const FieldScanners> by;
-    QString text[4];
-    std::vector<int> first[4];
-};
-
-std::shared_ptr<const FieldScan> ScanFields(std::shared_ptr<const FieldScanners> by,
-                                            const QString (&text)[4]);
 
 } // namespace velmora

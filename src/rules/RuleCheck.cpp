@@ -87,34 +87,24 @@ int FieldIndex(const QString& where) {
 // One message as the tests read it: each text field scanned once for every
 // needle of the rules, when a test first asks.
 struct MessageScan {
-    MessageScan(const MailMessage& m, const RuleParseCache& cache, const FieldScan* ready)
-        : m(m), cache(cache), ready(ready && ready->by == cache.scanners ? ready : nullptr) {}
+    MessageScan(const MailMessage& m, const RuleParseCache& cache) : m(m), cache(cache) {}
     const QString& text(int field) const {
         return field == 0 ? m.From : field == 1 ? m.To : field == 2 ? m.Subject : m.Body;
     }
     int pos(int field, int needle) const {
-        if (!found[field]) {
-            const QString& t = text(field);
-            const QString* was = ready ? &ready->text[field] : nullptr;
-            // The body is the very text scanned, shared; the others are short.
-            if (was && was->size() == t.size() &&
-                (was->constData() == t.constData() || *was == t)) {
-                found[field] = &ready->first[field];
-            } else {
-                cache.scanners->field[field].scan(t, own[field]);
-                found[field] = &own[field];
-            }
+        if (!scanned[field]) {
+            cache.scanners->field[field].scan(text(field), first[field]);
+            scanned[field] = true;
         }
-        return (*found[field])[size_t(needle)];
+        return first[field][size_t(needle)];
     }
     // The message's size as a number, read once; a failure when it is none.
     int size() const;
 
     const MailMessage& m;
     const RuleParseCache& cache;
-    const FieldScan* ready;
-    mutable const std::vector<int>* found[4] = {};
-    mutable std::vector<int> own[4];
+    mutable bool scanned[4] = {};
+    mutable std::vector<int> first[4];
     mutable int sizeState = 0; // 0 not read, 1 a number, 2 none
     mutable int sizeNumber = 0;
 };
@@ -347,20 +337,10 @@ bool Matches(AppContext& ctx, int rule, const MessageScan& scan) {
 
 bool RuleMatches(AppContext& ctx, int rule, int account, int message) {
     Refresh(ctx);
-    return Matches(ctx, rule,
-                   MessageScan(ctx.messages.at(account, message), ctx.rules.RuleCache, nullptr));
-}
-
-std::shared_ptr<const FieldScanners> RuleScanners(AppContext& ctx) {
-    Refresh(ctx);
-    return ctx.rules.RuleCache.scanners;
+    return Matches(ctx, rule, MessageScan(ctx.messages.at(account, message), ctx.rules.RuleCache));
 }
 
 void RuleCheck(AppContext& ctx, int account, int message) {
-    RuleCheck(ctx, account, message, nullptr);
-}
-
-void RuleCheck(AppContext& ctx, int account, int message, const FieldScan* ready) {
     MailMessage& m = ctx.messages.at(account, message);
     m.Delete = false;
     m.Spam = false;
@@ -368,7 +348,7 @@ void RuleCheck(AppContext& ctx, int account, int message, const FieldScan* ready
     if (live.RuleCount < 1)
         return;
     Refresh(ctx);
-    const MessageScan scan(m, ctx.rules.RuleCache, ready);
+    const MessageScan scan(m, ctx.rules.RuleCache);
     Account& a = ctx.accounts[account];
     for (int r = 1; r <= live.RuleCount; ++r) {
         const Rule& rule = live[r];

@@ -5,6 +5,7 @@
 #include <QString>
 #include <QStringList>
 #include <QVector>
+#include <memory>
 
 namespace velmora {
 
@@ -57,11 +58,6 @@ struct RuleParseCache {
 // Decides the Delete and Spam marks of one captured message by the live
 // rules, and counts them on the account.
 void RuleCheck(AppContext& ctx, int account, int message);
-// The same, with the message's fields scanned already, beside the parse;
-// a scan by other scanners or of other texts is not used.
-void RuleCheck(AppContext& ctx, int account, int message, const FieldScan* ready);
-// The scanners of the live rules as they stand.
-std::shared_ptr<const FieldScanners> RuleScanners(AppContext& ctx);
 // Whether a live rule fits a message. A rule that cannot be evaluated shows
 // its box and does not fit.
 bool RuleMatches(AppContext& ctx, int rule, int account, int message);

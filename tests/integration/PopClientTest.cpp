@@ -1,16 +1,14 @@
 #include "checking/CheckCycle.h"
 #include "checking/PopSession.h"
 #include "platform/PopErrors.h"
+#include "platform/qt/PopConnection.h"
 #include "platform/qt/QtPopClient.h"
-#include "platform/qt/SocketLine.h"
 #include "support/ScriptedPopServer.h"
 #include "support/TestCertificate.h"
 #include "support/TestRig.h"
 
 #include <QSslError>
 #include <QtTest>
-
-#include <openssl/x509_vfy.h>
 
 using namespace velmora;
 using Stage = ScriptedPopServer::Stage;
@@ -32,6 +30,8 @@ private Q_SLOTS:
     void deletionsGoOnlyWithAConfirmedQuit_data();
     void deletionsGoOnlyWithAConfirmedQuit();
     void certificateErrorsKeepTheirNumbersAndWords();
+    void trustedCasAddUp_data();
+    void trustedCasAddUp();
 
 private:
     struct Events : PopNotify {
@@ -346,15 +346,88 @@ void PopClientTest::deletionsGoOnlyWithAConfirmedQuit() {
         QCOMPARE(server.messages()[1].uid, QByteArray("uid-4"));
 }
 
-// Users and the support address have long known these numbers and words.
+// Users and the support address have long known these numbers and words:
+// Qt's first verification errors keep theirs, later ones are unknown.
 void PopClientTest::certificateErrorsKeepTheirNumbersAndWords() {
-    for (int n = QSslError::UnspecifiedError; n <= QSslError::HostNameMismatch; ++n)
-        QCOMPARE(CertificateText(n), QSslError(QSslError::SslError(n)).errorString());
-    QCOMPARE(CertificateError(X509_V_ERR_CERT_NOT_YET_VALID),
-             int(QSslError::CertificateNotYetValid));
-    QCOMPARE(CertificateError(X509_V_ERR_CERT_HAS_EXPIRED), int(QSslError::CertificateExpired));
-    QCOMPARE(CertificateError(X509_V_ERR_IP_ADDRESS_MISMATCH), int(QSslError::HostNameMismatch));
-    QCOMPARE(CertificateError(X509_V_ERR_OUT_OF_MEM), int(QSslError::UnspecifiedError));
+    for (int n = QSslError::UnspecifiedError; n <= QSslError::HostNameMismatch; ++n) {
+        const QSslError::SslError kind = QSslError::SslError(n);
+        QCOMPARE(CertificateText(n), QSslError(kind).errorString());
+        QCOMPARE(CertificateError(kind), n == QSslError::NoError ? -1 : n);
+    }
+    QCOMPARE(CertificateError(QSslError::CertificateBlacklisted), -1);
+    QCOMPARE(CertificateError(QSslError::OcspNoResponseFound), -1);
+    QCOMPARE(CertificateText(-1), QString("Unknown error"));
+}
+
+// Qt itself trusts only the system's CAs; each variable adds its CAs to
+// those and to the others'. "ca" is the test servers' CA, "other" one that
+// vouches for nothing here.
+void PopClientTest::trustedCasAddUp_data() {
+    QTest::addColumn<QString>("certFile"); // SSL_CERT_FILE
+    QTest::addColumn<QString>("certDir");  // SSL_CERT_DIR
+    QTest::addColumn<QString>("caFile");   // VELMORA_CA_FILE
+    QTest::addColumn<int>("number");
+    const int unknownIssuer =
+        PopError::CertificateBase + QSslError::UnableToGetLocalIssuerCertificate;
+    auto row = [](const char* name, const char* certFile, const char* certDir, const char* caFile,
+                  int number) {
+        QTest::newRow(name) << QString(certFile) << QString(certDir) << QString(caFile) << number;
+    };
+    row("none names the CA", "", "", "", unknownIssuer);
+    row("VELMORA_CA_FILE", "", "", "ca", 0);
+    row("SSL_CERT_FILE", "ca", "", "", 0);
+    row("SSL_CERT_DIR, second folder", "", "missing:ca", "", 0);
+    row("VELMORA_CA_FILE beside SSL_CERT_FILE", "other", "", "ca", 0);
+    row("SSL_CERT_FILE beside VELMORA_CA_FILE", "ca", "", "other", 0);
+    row("another CA only", "other", "other", "other", unknownIssuer);
+    row("a CA file that is missing", "", "", "missing", unknownIssuer);
+}
+
+void PopClientTest::trustedCasAddUp() {
+    QFETCH(QString, certFile);
+    QFETCH(QString, certDir);
+    QFETCH(QString, caFile);
+    QFETCH(int, number);
+    const QMap<QString, QString> files = {
+        {"ca", certificate->caFile()},
+        {"other", certificate->certFile(TestCertificate::SelfSigned)},
+        {"missing", dir->path() + "/missing.pem"}};
+    // A folder for each CA alone.
+    for (const QString name : {"ca", "other"}) {
+        QDir().mkpath(dir->path() + "/dir-" + name);
+        QFile::copy(files[name], dir->path() + "/dir-" + name + "/" + name + ".pem");
+    }
+    const QList<std::pair<const char*, QByteArray>> saved = {
+        {"SSL_CERT_FILE", qgetenv("SSL_CERT_FILE")},
+        {"SSL_CERT_DIR", qgetenv("SSL_CERT_DIR")},
+        {"VELMORA_CA_FILE", qgetenv("VELMORA_CA_FILE")}};
+    const auto restore = qScopeGuard([&] {
+        for (const auto& [name, value] : saved) {
+            if (value.isNull())
+                qunsetenv(name);
+            else
+                qputenv(name, value);
+        }
+    });
+    const auto set = [](const char* name, const QString& value) {
+        if (value.isEmpty())
+            qunsetenv(name);
+        else
+            qputenv(name, value.toUtf8());
+    };
+    set("SSL_CERT_FILE", files.value(certFile));
+    QStringList folders;
+    for (const QString& name : certDir.split(':', Qt::SkipEmptyParts))
+        folders.append(dir->path() + "/dir-" + name);
+    set("SSL_CERT_DIR", folders.join(':'));
+    set("VELMORA_CA_FILE", files.value(caFile));
+
+    ScriptedPopServer server;
+    QVERIFY(server.listen(certificate.get()));
+    QtPopClient client;
+    aim(client, server.port(), true);
+    QCOMPARE(failureOf(client, [&] { client.Connect(); }), number);
+    client.Disconnect();
 }
 
 QTEST_GUILESS_MAIN(PopClientTest)

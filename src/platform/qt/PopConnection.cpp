@@ -1,240 +1,96 @@
 #include "platform/qt/PopConnection.h"
 
-#include "platform/qt/SocketLine.h"
-
+#include <QDirIterator>
 #include <QEventLoop>
-#include <QSocketNotifier>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslSocket>
+#include <QTcpSocket>
 #include <QTimer>
-#include <QUrl>
 
-#include <netdb.h>
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
-#include <functional>
-#include <memory>
-#include <mutex>
-#include <thread>
+#include <iterator>
 
 namespace velmora {
+
+namespace {
+
+constexpr int UnknownCertificateError = -1;
+
+// The words for the numbers 0 to 22, which are Qt's own for its first
+// verification errors; 13 has none of its own.
+constexpr const char* CertificateTexts[] = {
+    "No error",
+    "The issuer certificate could not be found",
+    "The certificate signature could not be decrypted",
+    "The public key in the certificate could not be read",
+    "The signature of the certificate is invalid",
+    "The certificate is not yet valid",
+    "The certificate has expired",
+    "The certificate's notBefore field contains an invalid time",
+    "The certificate's notAfter field contains an invalid time",
+    "The certificate is self-signed, and untrusted",
+    "The root certificate of the certificate chain is self-signed, and untrusted",
+    "The issuer certificate of a locally looked up certificate could not be found",
+    "No certificates could be verified",
+    "Unknown error",
+    "One of the CA certificates is invalid",
+    "The basicConstraints path length parameter has been exceeded",
+    "The supplied certificate is unsuitable for this purpose",
+    "The root CA certificate is not trusted for this purpose",
+    "The root CA certificate is marked to reject the specified purpose",
+    "The current candidate issuer certificate was rejected because its subject name did not "
+    "match the issuer name of the current certificate",
+    "The current candidate issuer certificate was rejected because its issuer name and serial "
+    "number was present and did not match the authority key identifier of the current "
+    "certificate",
+    "The peer did not present any certificate",
+    "The host name did not match any of the valid hosts for this certificate"};
+static_assert(std::size(CertificateTexts) == QSslError::HostNameMismatch + 1);
+
+// Qt's OpenSSL backend looks a server's issuer up in the system's folders
+// (/etc/ssl/certs and the like), and reads neither SSL_CERT_FILE nor
+// SSL_CERT_DIR. The CAs those name, taken as OpenSSL's own tools take them,
+// and the file VELMORA_CA_FILE names are added, whole, at each connection.
+// Files are added one by one: a list of CAs would end the lookup in the
+// system's folders.
+QSslConfiguration TlsConfiguration() {
+    QSslConfiguration conf = QSslConfiguration::defaultConfiguration();
+    conf.setPeerVerifyMode(QSslSocket::VerifyPeer);
+    for (const char* file : {"SSL_CERT_FILE", "VELMORA_CA_FILE"}) {
+        const QString path = qEnvironmentVariable(file);
+        if (!path.isEmpty())
+            conf.addCaCertificates(path);
+    }
+    for (const QString& folder :
+         qEnvironmentVariable("SSL_CERT_DIR").split(':', Qt::SkipEmptyParts)) {
+        QDirIterator files(folder, QDir::Files);
+        while (files.hasNext())
+            conf.addCaCertificates(files.next());
+    }
+    return conf;
+}
+
+} // namespace
+
+int CertificateError(QSslError::SslError error) {
+    return error > QSslError::NoError && error <= QSslError::HostNameMismatch
+               ? int(error)
+               : UnknownCertificateError;
+}
+
+QString CertificateText(int code) {
+    return QString::fromLatin1(code >= 0 && code < int(std::size(CertificateTexts))
+                                   ? CertificateTexts[code]
+                                   : "Unknown error");
+}
 
 PopConnection::PopConnection(int timeoutSeconds) : timeoutMs(qMax(1, timeoutSeconds) * 1000) {}
 
 PopConnection::~PopConnection() {
     wake();
-    delete line;
-}
-
-struct PopConnection::Address {
-    sockaddr_storage storage;
-    socklen_t length;
-};
-
-namespace {
-
-// A name lookup on a thread of its own, since the system's resolver blocks
-// for as long as a name server takes. The thread tells it is done through
-// an event descriptor; whoever lets go last closes it, so a connection that
-// gave up waiting leaves the thread nothing to trip over.
-struct Lookup {
-    std::mutex mutex;
-    bool finished = false;
-    int error = 0;
-    addrinfo* found = nullptr;
-    int event = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
-
-    ~Lookup() {
-        if (found)
-            ::freeaddrinfo(found);
-        if (event >= 0)
-            ::close(event);
-    }
-};
-
-int Resolve(const QByteArray& name, quint16 port, int flags, addrinfo** found) {
-    addrinfo hints{};
-    hints.ai_family = AF_UNSPEC;
-    hints.ai_socktype = SOCK_STREAM;
-    hints.ai_flags = flags | AI_NUMERICSERV;
-    return ::getaddrinfo(name.constData(), QByteArray::number(port).constData(), &hints, found);
-}
-
-// Starts the lookup of `name`; null, with the reason, when no thread or
-// descriptor can be had.
-std::shared_ptr<Lookup> StartLookup(const QByteArray& name, quint16 port, QString& problem) {
-    auto lookup = std::make_shared<Lookup>();
-    if (lookup->event < 0) {
-        problem = qt_error_string(errno);
-        return nullptr;
-    }
-    try {
-        std::thread([lookup, name, port] {
-            addrinfo* found = nullptr;
-            const int error = Resolve(name, port, AI_ADDRCONFIG, &found);
-            {
-                const std::lock_guard<std::mutex> lock(lookup->mutex);
-                lookup->error = error;
-                lookup->found = error == 0 ? found : nullptr;
-                lookup->finished = true;
-            }
-            const quint64 one = 1;
-            [[maybe_unused]] const ssize_t written = ::write(lookup->event, &one, sizeof one);
-        }).detach();
-    } catch (const std::system_error& e) {
-        problem = QString::fromLocal8Bit(e.what());
-        return nullptr;
-    }
-    return lookup;
-}
-
-// How telling a failure to connect is, of several addresses tried.
-int Weight(int error) {
-    switch (error) {
-    case ECONNREFUSED:
-        return 3;
-    case ETIMEDOUT:
-        return 2;
-    case ECONNRESET:
-        return 1;
-    default:
-        return 0;
-    }
-}
-
-} // namespace
-
-PopConnection::OpenResult PopConnection::lookUp(const QString& host, quint16 port,
-                                                std::vector<Address>& addresses,
-                                                const QDeadlineTimer& deadline) {
-    const auto take = [&addresses](const addrinfo* list) {
-        for (const addrinfo* at = list; at; at = at->ai_next) {
-            if (at->ai_addrlen > sizeof(sockaddr_storage))
-                continue;
-            Address address{};
-            std::memcpy(&address.storage, at->ai_addr, at->ai_addrlen);
-            address.length = at->ai_addrlen;
-            addresses.push_back(address);
-        }
-    };
-    // An address needs no lookup and no thread.
-    addrinfo* numeric = nullptr;
-    if (Resolve(host.toLatin1(), port, AI_NUMERICHOST, &numeric) == 0) {
-        take(numeric);
-        ::freeaddrinfo(numeric);
-        return addresses.empty() ? OpenResult{OpenResult::HostNotFound, 0, QString()}
-                                 : OpenResult{};
-    }
-
-    const QByteArray name = QUrl::toAce(host);
-    if (name.isEmpty())
-        return {OpenResult::HostNotFound, 0, QString()};
-    QString problem;
-    const std::shared_ptr<Lookup> lookup = StartLookup(name, port, problem);
-    if (!lookup)
-        return {OpenResult::OtherError, 0, problem};
-    const auto finished = [&lookup] {
-        const std::lock_guard<std::mutex> lock(lookup->mutex);
-        return lookup->finished;
-    };
-    const Wait wait = waitFor(lookup->event, QSocketNotifier::Read, deadline, finished);
-    if (wait != Data)
-        return {wait == Aborted ? OpenResult::Aborted : OpenResult::TimedOut, 0, QString()};
-    // Whatever the resolver's reason, the name led nowhere.
-    if (lookup->error != 0)
-        return {OpenResult::HostNotFound, 0, QString::fromLocal8Bit(::gai_strerror(lookup->error))};
-    take(lookup->found);
-    if (addresses.empty())
-        return {OpenResult::HostNotFound, 0, QString()};
-    return {};
-}
-
-// The notifier wakes the wait once and is turned on again for each further
-// pause: left on, it would fire in every turn of any loop nested in a
-// handler, spinning the processor.
-PopConnection::Wait PopConnection::waitFor(int descriptor, QSocketNotifier::Type type,
-                                           const QDeadlineTimer& until,
-                                           const std::function<bool()>& done) {
-    QSocketNotifier notifier(qintptr(descriptor), type);
-    connect(&notifier, &QSocketNotifier::activated, this, [this, &notifier] {
-        notifier.setEnabled(false);
-        wake();
-    });
-    while (!done()) {
-        const Wait wait = pause(int(until.remainingTime()));
-        if (wait != Data)
-            return wait;
-        if (until.hasExpired())
-            return TimedOut;
-        notifier.setEnabled(true);
-    }
-    return Data;
-}
-
-PopConnection::OpenResult PopConnection::connectTo(const std::vector<Address>& addresses, bool tls,
-                                                   int& socket, const QDeadlineTimer& deadline) {
-    int telling = 0; // the most telling failure so far
-    bool tlsReady = !tls;
-    for (size_t i = 0; i < addresses.size(); ++i) {
-        const Address& address = addresses[i];
-        int error = 0;
-        const int fd =
-            ::socket(address.storage.ss_family, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-        if (fd < 0) {
-            error = errno;
-        } else if (::connect(fd, reinterpret_cast<const sockaddr*>(&address.storage),
-                             address.length) != 0 &&
-                   errno != EINPROGRESS) {
-            error = errno;
-        } else {
-            // TLS is readied while the server accepts and readies its own
-            // side.
-            QString unavailable;
-            if (!tlsReady && !(tlsReady = SocketLine::prepareTls(unavailable))) {
-                ::close(fd);
-                return {OpenResult::TlsFailed, 0, unavailable};
-            }
-            // An address that never answers leaves the others their share
-            // of the time, so a dead route does not hide a working one.
-            const qint64 left = deadline.remainingTime();
-            const qint64 share =
-                qMin(left, qMax(left / qint64(addresses.size() - i), qint64(2000)));
-            const Wait wait = waitFor(fd, QSocketNotifier::Write, QDeadlineTimer(share), [fd] {
-                pollfd state{fd, POLLOUT, 0};
-                return ::poll(&state, 1, 0) > 0;
-            });
-            if (wait == Aborted) {
-                ::close(fd);
-                return {OpenResult::Aborted, 0, QString()};
-            }
-            socklen_t size = sizeof error;
-            if (wait == TimedOut)
-                error = ETIMEDOUT;
-            else if (::getsockopt(fd, SOL_SOCKET, SO_ERROR, &error, &size) != 0)
-                error = errno;
-            if (error == 0) {
-                socket = fd;
-                return {};
-            }
-        }
-        if (fd >= 0)
-            ::close(fd);
-        if (telling == 0 || Weight(error) > Weight(telling))
-            telling = error;
-        if (deadline.hasExpired())
-            break;
-    }
-    switch (telling) {
-    case ECONNREFUSED:
-        return {OpenResult::Refused, 0, qt_error_string(telling)};
-    case ETIMEDOUT:
-        return {OpenResult::TimedOut, 0, qt_error_string(telling)};
-    case ECONNRESET:
-        return {OpenResult::Reset, 0, qt_error_string(telling)};
-    default:
-        return {OpenResult::OtherError, 0, qt_error_string(telling)};
+    if (socket) {
+        socket->disconnect(this);
+        socket->abort();
     }
 }
 
@@ -246,80 +102,128 @@ PopConnection::OpenResult PopConnection::open(const QString& host, quint16 port,
     silence->setInterval(timeoutMs);
     connect(silence, &QTimer::timeout, this, &PopConnection::wake);
 
+    if (tls) {
+        ssl = new QSslSocket(this);
+        ssl->setSslConfiguration(TlsConfiguration());
+        socket = ssl;
+        connect(ssl, &QSslSocket::encrypted, this, &PopConnection::wake);
+    } else {
+        socket = new QTcpSocket(this);
+    }
+    connect(socket, &QAbstractSocket::connected, this, [this] {
+        reached = true;
+        // Commands are a few bytes each and wait for their answers.
+        socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+        wake();
+    });
+    connect(socket, &QAbstractSocket::errorOccurred, this, &PopConnection::wake);
+    connect(socket, &QAbstractSocket::disconnected, this, &PopConnection::wake);
+    connect(socket, &QIODevice::readyRead, this, &PopConnection::wake);
+
     // Blanks pasted around a host name would otherwise go into the name
     // the certificate is checked against.
     const QString server = host.trimmed();
-    const QDeadlineTimer deadline(timeoutMs);
-    std::vector<Address> addresses;
-    OpenResult result = lookUp(server, port, addresses, deadline);
-    if (result.kind != OpenResult::Open)
-        return result;
-    int socket = -1;
-    result = connectTo(addresses, tls, socket, deadline);
-    if (result.kind != OpenResult::Open)
-        return result;
-
-    line =
-        new SocketLine(socket, tls ? std::optional<QString>(server) : std::nullopt, reader, this);
-    connect(line, &SocketLine::changed, this, &PopConnection::wake);
-    Wait wait = Data;
-    if (line->state() == SocketLine::Handshaking)
-        wait = runLoop();
-    if (line->state() == SocketLine::Open && wait != Aborted)
+    if (ssl)
+        ssl->connectToHostEncrypted(server, port);
+    else
+        socket->connectToHost(server, port);
+    const Wait wait = waitUntil([this] {
+        return ssl ? ssl->isEncrypted() : socket->state() == QAbstractSocket::ConnectedState;
+    });
+    if (wait == Data)
         return {};
+    if (wait == Aborted)
+        return {OpenResult::Aborted, 0, QString()};
+    const OpenResult result = failure(wait);
     // A handshake that timed out must not finish later on its own.
-    result = wait == Aborted ? OpenResult{OpenResult::Aborted, 0, QString()} : tlsFailure(wait);
-    line->abort();
+    socket->abort();
     return result;
 }
 
-PopConnection::OpenResult PopConnection::tlsFailure(Wait wait) const {
+PopConnection::OpenResult PopConnection::failure(Wait wait) const {
     OpenResult result;
-    result.text = line->errorText();
-    if (line->state() == SocketLine::Handshaking && wait == TimedOut)
+    result.text = socket->errorString();
+    if (wait == TimedOut) {
         result.kind = OpenResult::TimedOut;
-    else if (line->certificateError())
+        return result;
+    }
+    // Qt names a certificate for another host before any fault of its chain,
+    // which says more about a wrong setting.
+    const QList<QSslError> certificate = ssl ? ssl->sslHandshakeErrors() : QList<QSslError>();
+    if (!certificate.isEmpty()) {
         result.kind = OpenResult::CertificateFailed;
-    else
+        result.certificateError = CertificateError(certificate.first().error());
+        result.text = CertificateText(result.certificateError);
+        return result;
+    }
+    switch (socket->error()) {
+    case QAbstractSocket::HostNotFoundError:
+        result.kind = OpenResult::HostNotFound;
+        break;
+    case QAbstractSocket::ConnectionRefusedError:
+        result.kind = OpenResult::Refused;
+        break;
+    case QAbstractSocket::SocketTimeoutError:
+        result.kind = OpenResult::TimedOut;
+        break;
+    case QAbstractSocket::SslHandshakeFailedError:
+    case QAbstractSocket::SslInternalError:
+    case QAbstractSocket::SslInvalidUserDataError:
         result.kind = OpenResult::TlsFailed;
-    result.certificateError = line->certificateError();
+        break;
+    case QAbstractSocket::RemoteHostClosedError:
+        // Hanging up on the TLS client hello: no TLS there.
+        result.kind = ssl && reached ? OpenResult::TlsFailed : OpenResult::Reset;
+        break;
+    default:
+        result.kind = OpenResult::OtherError;
+        break;
+    }
     return result;
+}
+
+PopConnection::Wait PopConnection::waitUntil(const std::function<bool()>& done) {
+    while (!done()) {
+        if (socket->state() == QAbstractSocket::UnconnectedState)
+            return Closed;
+        const Wait wait = pause();
+        if (wait != Data)
+            return wait;
+    }
+    return Data;
 }
 
 void PopConnection::send(const QByteArray& commandLine) {
-    if (connected())
-        line->write(commandLine + "\r\n");
+    if (socket && socket->state() == QAbstractSocket::ConnectedState)
+        socket->write(commandLine + "\r\n");
 }
 
 PopConnection::Wait PopConnection::waitForData() {
     if (aborted)
         return Aborted;
-    // Read first: should the write fail, what the server said before it
+    // Read first: should the line be gone, what the server said before it
     // hung up is still read.
     if (pull())
         return Data;
-    if (line)
-        line->flush();
-    return runLoop();
+    if (!socket || socket->state() == QAbstractSocket::UnconnectedState)
+        return Closed;
+    const Wait wait = pause();
+    if (wait == Aborted)
+        return Aborted;
+    if (pull())
+        return Data;
+    if (socket->state() != QAbstractSocket::ConnectedState)
+        return Closed;
+    return wait;
 }
 
-bool PopConnection::connected() const {
-    return line && line->state() == SocketLine::Open;
-}
-
-bool PopConnection::alive() const {
-    return line && (line->state() == SocketLine::Handshaking || line->state() == SocketLine::Open);
-}
-
-PopConnection::Wait PopConnection::pause(int ms) {
-    if (ms == 0)
-        return aborted ? Aborted : TimedOut;
+PopConnection::Wait PopConnection::pause() {
     QEventLoop events;
     QEventLoop* outer = loop;
     const bool outerWoken = wakeRequested;
     wakeRequested = false;
     loop = &events;
-    silence->start(ms < 0 ? timeoutMs : ms);
+    silence->start();
     events.exec();
     loop = outer;
     wakeRequested = outerWoken;
@@ -330,23 +234,8 @@ PopConnection::Wait PopConnection::pause(int ms) {
     return timedOut ? TimedOut : Data;
 }
 
-PopConnection::Wait PopConnection::runLoop() {
-    if (!alive())
-        return Closed;
-    const Wait wait = pause();
-    if (wait == Aborted)
-        return Aborted;
-    if (pull())
-        return Data;
-    if (connected() && wait != TimedOut)
-        return Data;
-    if (wait == TimedOut && alive())
-        return TimedOut;
-    return Closed;
-}
-
-// The line signals every time it reads; one quit a wait is enough, and each
-// further one would cost a wake-up of the event loop.
+// The socket signals every time it reads; one quit a wait is enough, and
+// each further one would cost a wake-up of the event loop.
 void PopConnection::wake() {
     if (loop && !wakeRequested) {
         wakeRequested = true;
@@ -355,30 +244,40 @@ void PopConnection::wake() {
 }
 
 bool PopConnection::pull() {
-    if (!line)
+    if (!socket)
         return false;
-    line->pull();
-    return line->takeArrived();
+    const qint64 available = socket->bytesAvailable();
+    if (available <= 0)
+        return false;
+    const qint64 got = socket->read(reader.room(available), available);
+    reader.grew(qMax<qint64>(got, 0));
+    return got > 0;
 }
 
 void PopConnection::abort() {
     aborted = true;
-    if (line)
-        line->abort();
+    if (socket)
+        socket->abort();
     wake();
 }
 
 void PopConnection::close() {
-    if (line)
-        line->close();
+    if (!socket)
+        return;
+    socket->flush();
+    socket->disconnectFromHost();
+    if (socket->state() != QAbstractSocket::UnconnectedState)
+        socket->abort();
 }
 
 bool PopConnection::isOpen() const {
-    return !aborted && connected();
+    return socket && !aborted && socket->state() == QAbstractSocket::ConnectedState;
 }
 
 QString PopConnection::peerSubject() const {
-    return line ? line->peerSubject() : QString();
+    if (!ssl || ssl->peerCertificate().isNull())
+        return QString();
+    return ssl->peerCertificate().subjectDisplayName();
 }
 
 } // namespace velmora

@@ -2,20 +2,24 @@
 
 #include "platform/qt/PopReader.h"
 
-#include <QDeadlineTimer>
 #include <QObject>
-#include <QSocketNotifier>
+#include <QSslError>
 #include <QString>
 
 #include <functional>
-#include <vector>
 
+class QAbstractSocket;
 class QEventLoop;
+class QSslSocket;
 class QTimer;
 
 namespace velmora {
 
-class SocketLine;
+// The certificate error number the program reports for one of Qt's
+// verification errors, and the words for a number. Users and the support
+// address have long known both.
+int CertificateError(QSslError::SslError error);
+QString CertificateText(int code);
 
 // The socket under the POP client, plain or TLS from the first byte, with
 // waits that keep the event loop turning and end after a time-out of
@@ -45,15 +49,17 @@ public:
     explicit PopConnection(int timeoutSeconds);
     ~PopConnection() override;
 
+    // Connecting (with the name lookup) and the TLS handshake have a
+    // time-out each.
     OpenResult open(const QString& host, quint16 port, bool tls);
-    // Queued; it goes out when the next wait begins, with whatever else was
-    // sent before it.
+    // Queued by the socket; it goes out when the next wait begins, with
+    // whatever else was sent before it.
     void send(const QByteArray& commandLine);
     // Waits until more bytes are in the reader, or something else happens.
     Wait waitForData();
     // Ends the connection at once; a wait in progress returns Aborted.
     void abort();
-    // Ends the connection after sending what the socket takes of the queue.
+    // Ends the connection after sending what is queued.
     void close();
     bool isOpen() const;
     bool wasAborted() const { return aborted; }
@@ -62,34 +68,22 @@ public:
     PopReader reader;
 
 private:
-    struct Address;
-
-    // Lookup and connection share one time-out.
-    OpenResult lookUp(const QString& host, quint16 port, std::vector<Address>& addresses,
-                      const QDeadlineTimer& deadline);
-    // A connected socket to the first address that takes the connection.
-    OpenResult connectTo(const std::vector<Address>& addresses, bool tls, int& socket,
-                         const QDeadlineTimer& deadline);
-    // Runs the event loop until `done` holds, woken when `descriptor` is
-    // ready; gives up at `until`.
-    Wait waitFor(int descriptor, QSocketNotifier::Type type, const QDeadlineTimer& until,
-                 const std::function<bool()>& done);
-    OpenResult tlsFailure(Wait wait) const;
-    // Runs the event loop until something wakes it or `ms` (by default the
-    // time-out) pass.
-    Wait pause(int ms = -1);
-    Wait runLoop();
+    OpenResult failure(Wait wait) const;
+    // Runs the event loop until `done` holds, the socket closes, silence
+    // lasts a time-out or the connection is aborted.
+    Wait waitUntil(const std::function<bool()>& done);
+    // Runs the event loop until something wakes it or the time-out passes.
+    Wait pause();
     // Moves what arrived into the reader; true when anything did.
     bool pull();
-    bool connected() const;
-    // Connected or in the handshake.
-    bool alive() const;
     // Ends the wait in progress, if any.
     void wake();
 
-    SocketLine* line = nullptr;
+    QAbstractSocket* socket = nullptr;
+    QSslSocket* ssl = nullptr; // the same socket, when it speaks TLS
     QEventLoop* loop = nullptr;
     QTimer* silence = nullptr;
+    bool reached = false;       // the server took the connection
     bool wakeRequested = false; // the wait in progress is ending already
     int timeoutMs;
     bool aborted = false;

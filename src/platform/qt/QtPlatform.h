@@ -2,7 +2,6 @@
 
 #include "platform/Services.h"
 #include "platform/qt/GuardedTimer.h"
-#include "platform/qt/HugePages.h"
 #include "platform/qt/IniProfileFiles.h"
 #include "platform/qt/LocalFiles.h"
 #include "platform/qt/QtEventPump.h"
@@ -16,12 +15,7 @@ namespace velmora {
 // window and the rest to the services.
 struct QtPlatform {
     explicit QtPlatform(const QString& executableFolder)
-        : files(LocalFiles::DataFolderBeside(executableFolder)) {
-        // From the start, so that the rule tables built before the first
-        // message share the heaps too, rather than each taking a mapping
-        // whose release interrupts the processor of the other thread.
-        GrowHeapsInLargeSteps();
-    }
+        : files(LocalFiles::DataFolderBeside(executableFolder)) {}
 
     Services services() {
         Services s;

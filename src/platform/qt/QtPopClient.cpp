@@ -2,7 +2,6 @@
 
 #include "platform/PopErrors.h"
 #include "platform/RuntimeErrors.h"
-#include "platform/qt/ParseWorker.h"
 #include "platform/qt/PopConnection.h"
 
 #include <QDateTime>
@@ -77,11 +76,6 @@ void QtPopClient::Connect() {
     if (port < 1 || port > 65535)
         fail(PopError::BadPort, QStringLiteral("Port %1 is outside 1 to 65535").arg(port));
     openSocket();
-    // Started once the line is open (its own library loading would hold up
-    // TLS's), the parse thread gets ready while the server greets and logs
-    // in.
-    if (!parser)
-        parser = std::make_unique<ParseWorker>();
 
     const QByteArray greeting = readStatus(PopError::TimedOut, PopError::ConnectionReset);
     const PopReader::Status hello = PopReader::parseStatus(greeting);
@@ -353,12 +347,9 @@ void QtPopClient::retrieveAll() {
         readBlock(data, PopError::RetrieveTimedOut, PopError::ConnectionLost, &position, total);
         if (item.Uid().isEmpty())
             item.setUid(RetrievedMessage::HeaderDigest(data));
-        // Universal time costs no time-zone lookup; the parse turns it to
-        // local time where a message needs it.
-        const QDateTime now = QDateTime::currentDateTimeUtc();
-        std::function<ParsedMessage()> parse = parser->submit(data, now, scanners, dateLocale);
-        item.setData(std::move(data), now);
-        item.setParse(std::move(parse));
+        // Parsed now, while the next replies wait in the socket; only the
+        // fields stay, so one message's text is held at a time.
+        item.setData(data, QDateTime::currentDateTimeUtc());
         if (notify)
             notify->Received(item);
         checkStopped();

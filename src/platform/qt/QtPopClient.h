@@ -5,12 +5,10 @@
 #include "platform/qt/PopReader.h"
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace velmora {
 
-class ParseWorker;
 class PopConnection;
 
 // Our POP3 client (RFC 1939, with CAPA and PIPELINING of RFC 2449) on a Qt
@@ -34,8 +32,6 @@ public:
     void setTimeout(int seconds) override { timeoutSeconds = seconds; }
     void setSecurity(int mode) override { security = mode; }
     void setNotification(PopNotify* receiver) override { notify = receiver; }
-    void setScanners(std::shared_ptr<const FieldScanners> s) override { scanners = std::move(s); }
-    void setDateLocale(const QLocale& locale) override { dateLocale = locale; }
 
     void Connect() override;
     void Disconnect() override;
@@ -78,9 +74,6 @@ private:
     PopNotify* notify = nullptr;
 
     std::unique_ptr<PopConnection> connection;
-    std::unique_ptr<ParseWorker> parser;
-    std::shared_ptr<const FieldScanners> scanners;
-    std::optional<QLocale> dateLocale;
     std::vector<std::unique_ptr<RetrievedMessage>> items;
     bool loggedIn = false;
     bool listed = false;
