@@ -29,6 +29,7 @@ private Q_SLOTS:
 private:
     std::unique_ptr<TestRig> rig(quint16 port, bool secure, const QByteArray& password = "secret");
     static QByteArray message(int n, qint64 bodyBytes = 200);
+    QString commandLineOnOneAccount();
 
     std::unique_ptr<SandboxEnvironment> sandbox;
     DovecotFixture dovecot;
@@ -137,9 +138,11 @@ void DovecotSessionTest::checkBringsEveryMessage() {
     QCOMPARE(big, 1);
 }
 
-// The command line, in its own process, on a settings file of its own.
-void DovecotSessionTest::commandLineTestAndCheck() {
+// A settings file of the sandbox with one account on the plain port, as a
+// user who has seen the welcome; the command line to run on it.
+QString DovecotSessionTest::commandLineOnOneAccount() {
     QSettings file(sandbox->configHome() + "/Kestrum/Velmora.conf", QSettings::IniFormat);
+    file.setValue("Settings/FirstUse", "1");
     file.setValue("Settings/AcntNum", "1");
     file.setValue("Settings/AcntName1", "Home");
     file.setValue("Settings/AcntServer1", "127.0.0.1");
@@ -147,7 +150,12 @@ void DovecotSessionTest::commandLineTestAndCheck() {
     file.setValue("Settings/AcntLoginID1", "user");
     file.setValue("Settings/AcntPassword1", "secret");
     file.sync();
-    const QString cli = qEnvironmentVariable("VELMORA_BIN_DIR") + "/velmora-cli";
+    return qEnvironmentVariable("VELMORA_BIN_DIR") + "/velmora-cli";
+}
+
+// The command line, in its own process, on a settings file of its own.
+void DovecotSessionTest::commandLineTestAndCheck() {
+    const QString cli = commandLineOnOneAccount();
 
     QProcess test;
     test.start(cli, {"test", "1", "--json"});
@@ -198,16 +206,7 @@ void DovecotSessionTest::commandLineTestAndCheck() {
 // The scripting face drives the real logic: the Accounts page's Test
 // Account shows the connection box, which the script's answer closes.
 void DovecotSessionTest::scriptedWindowTestsTheAccount() {
-    QSettings file(sandbox->configHome() + "/Kestrum/Velmora.conf", QSettings::IniFormat);
-    file.setValue("Settings/FirstUse", "1");
-    file.setValue("Settings/AcntNum", "1");
-    file.setValue("Settings/AcntName1", "Home");
-    file.setValue("Settings/AcntServer1", "127.0.0.1");
-    file.setValue("Settings/AcntPort1", QString::number(dovecot.plainPort()));
-    file.setValue("Settings/AcntLoginID1", "user");
-    file.setValue("Settings/AcntPassword1", "secret");
-    file.sync();
-    const QString cli = qEnvironmentVariable("VELMORA_BIN_DIR") + "/velmora-cli";
+    const QString cli = commandLineOnOneAccount();
 
     QProcess ui;
     ui.start(cli, {"ui", "-"});
