@@ -15,6 +15,8 @@ struct ShellState {
     int CurrentPage = 0;
     QString HelpFile;
     int FirstUse = 0;
+    // The account whose count the tray shows next.
+    int TrayAccount = 0;
     bool FormLoading = false;
     bool QuitRequested = false;
     // The main form is being unloaded: a check still on the call stack
