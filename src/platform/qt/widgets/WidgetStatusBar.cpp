@@ -3,10 +3,14 @@
 #include "platform/Controls.h"
 #include "platform/qt/widgets/Pictures.h"
 
+#include <QCursor>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QToolTip>
+#include <utility>
 
 namespace velmora {
 
@@ -20,10 +24,17 @@ const char* const kPanelNames[5] = {"Status", "Messages", "Last check", "Next ch
 
 } // namespace
 
-WidgetStatusBar::WidgetStatusBar(QStatusBar* bar) : bar(bar) {
+WidgetStatusBar::WidgetStatusBar(QStatusBar* bar, EventReporter report)
+    : bar(bar), report(std::move(report)) {
     bar->setSizeGripEnabled(true);
+    bar->setMouseTracking(true);
+    bar->installEventFilter(this);
     for (int i = 0; i < 5; ++i) {
         auto* frame = new QWidget;
+        frames[i] = frame;
+        // The panels pass pointer moves on to the bar.
+        frame->setMouseTracking(true);
+        frame->installEventFilter(this);
         frame->setObjectName(QStringLiteral("StatusPanel%1").arg(i + 1));
         frame->setAccessibleName(QLatin1String(kPanelNames[i]));
         auto* layout = new QHBoxLayout(frame);
@@ -54,6 +65,33 @@ WidgetStatusBar::WidgetStatusBar(QStatusBar* bar) : bar(bar) {
             panels[i].text->setMinimumWidth(1);
         bar->addWidget(frame, i == 0 ? 1 : 0);
     }
+}
+
+int WidgetStatusBar::panelAt(const QPoint& point) const {
+    // A panel reaches from its left edge to the next one's; the last ends
+    // at its own right edge.
+    for (int i = 4; i >= 0; --i) {
+        const QRect r = frames[i]->geometry();
+        if (point.x() >= r.left())
+            return i == 4 && point.x() > r.right() ? 0 : i + 1;
+    }
+    return 0;
+}
+
+bool WidgetStatusBar::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::MouseMove || event->type() == QEvent::ToolTip) {
+        auto* widget = static_cast<QWidget*>(watched);
+        const QPoint at = widget == bar ? bar->mapFromGlobal(QCursor::pos())
+                                        : widget->mapTo(bar, widget->mapFromGlobal(QCursor::pos()));
+        const int panel = panelAt(at);
+        report([panel](MainViewEvents& events) { events.StatusBarPointer(panel); });
+        if (event->type() == QEvent::ToolTip && widget != bar) {
+            // The tip belongs to the whole bar.
+            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), bar->toolTip(), bar);
+            return true;
+        }
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 const WidgetStatusBar::Panel& WidgetStatusBar::at(int panel) const {
