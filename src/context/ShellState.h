@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FirstUseView.h"
 #include "platform/Timer.h"
 
 #include <QStringList>
@@ -31,6 +32,9 @@ struct ShellState {
     bool SoundMaster = true;
     bool DefaultSoundValid = false;
     bool DefaultClientValid = false;
+
+    // The welcome window while it is open.
+    std::unique_ptr<FirstUseView> frmFirstUse;
 
     // The clock while Auto Check is off or suspended.
     std::unique_ptr<Timer> tmrStatusBar;
