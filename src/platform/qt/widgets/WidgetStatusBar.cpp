@@ -3,13 +3,12 @@
 #include "platform/Controls.h"
 #include "platform/qt/widgets/Pictures.h"
 
-#include <QCursor>
 #include <QHBoxLayout>
 #include <QHelpEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QProgressBar>
 #include <QStatusBar>
-#include <QToolTip>
 #include <utility>
 
 namespace velmora {
@@ -32,9 +31,8 @@ WidgetStatusBar::WidgetStatusBar(QStatusBar* bar, EventReporter report)
     for (int i = 0; i < 5; ++i) {
         auto* frame = new QWidget;
         frames[i] = frame;
-        // The panels pass pointer moves on to the bar.
+        // The panels leave pointer moves and tip requests to the bar.
         frame->setMouseTracking(true);
-        frame->installEventFilter(this);
         frame->setObjectName(QStringLiteral("StatusPanel%1").arg(i + 1));
         frame->setAccessibleName(QLatin1String(kPanelNames[i]));
         auto* layout = new QHBoxLayout(frame);
@@ -79,17 +77,15 @@ int WidgetStatusBar::panelAt(const QPoint& point) const {
 }
 
 bool WidgetStatusBar::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::MouseMove || event->type() == QEvent::ToolTip) {
-        auto* widget = static_cast<QWidget*>(watched);
-        const QPoint at = widget == bar ? bar->mapFromGlobal(QCursor::pos())
-                                        : widget->mapTo(bar, widget->mapFromGlobal(QCursor::pos()));
+    // The bar's tip is set for the panel under the pointer just before Qt
+    // shows it.
+    if (watched == bar &&
+        (event->type() == QEvent::MouseMove || event->type() == QEvent::ToolTip)) {
+        const QPoint at = event->type() == QEvent::MouseMove
+                              ? static_cast<QMouseEvent*>(event)->position().toPoint()
+                              : static_cast<QHelpEvent*>(event)->pos();
         const int panel = panelAt(at);
         report([panel](MainViewEvents& events) { events.StatusBarPointer(panel); });
-        if (event->type() == QEvent::ToolTip && widget != bar) {
-            // The tip belongs to the whole bar.
-            QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), bar->toolTip(), bar);
-            return true;
-        }
     }
     return QObject::eventFilter(watched, event);
 }
