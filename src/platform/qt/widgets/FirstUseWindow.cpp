@@ -52,13 +52,17 @@ FirstUseWindow::FirstUseWindow() {
     titles->addWidget(lblWelcome);
     titles->addWidget(lblVersion);
     titles->addWidget(lblCopyright);
+    titles->setSpacing(2);
     head->addLayout(titles, 1);
+    head->setAlignment(picture, Qt::AlignTop);
     layout->addLayout(head);
+    layout->addSpacing(10);
 
     paragraphs = new QVBoxLayout;
     paragraphs->setSpacing(8);
     layout->addLayout(paragraphs);
 
+    layout->addStretch(1);
     auto* row = new QHBoxLayout;
     row->addStretch(1);
     close = new QToolButton;
