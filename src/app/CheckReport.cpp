@@ -1,5 +1,6 @@
 #include "app/CheckReport.h"
 
+#include "app/StatusBar.h"
 #include "context/AppContext.h"
 #include "platform/MainView.h"
 
@@ -183,6 +184,42 @@ void AccountJson(Json& j, const AppContext& ctx, int n) {
     j.close('}');
 }
 
+// The bar as the window shows it, and the tip each panel would give.
+void StatusBarJson(Json& j, const AppContext& ctx) {
+    const StatusBarView& bar = ctx.view->status();
+    j.open('{');
+    j.key("panels");
+    j.open('[');
+    for (int panel = 1; panel <= 5; ++panel)
+        j.value(bar.panelText(panel));
+    j.close(']');
+    j.key("picture");
+    j.value(bar.panelPicture(2));
+    j.key("tips");
+    j.open('[');
+    const PanelTipFacts facts = CurrentPanelFacts(ctx);
+    for (int panel = 1; panel <= 5; ++panel)
+        j.value(PanelTip(panel, facts, ctx.svc.locale));
+    j.close(']');
+    j.close('}');
+}
+
+void TrayJson(Json& j, const QList<PassExtras::TrayTick>& ticks) {
+    j.open('[');
+    for (const PassExtras::TrayTick& tick : ticks) {
+        j.open('{');
+        j.key("picture");
+        j.open('[');
+        for (int image : tick.picture)
+            j.value(qint64(image));
+        j.close(']');
+        j.key("tip");
+        j.value(tick.tip);
+        j.close('}');
+    }
+    j.close(']');
+}
+
 } // namespace
 
 QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
@@ -223,6 +260,12 @@ QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box
     j.close(']');
     j.key("dialogs");
     Dialogs(j, dialogs);
+    j.key("statusBar");
+    StatusBarJson(j, ctx);
+    if (!extras.tray.isEmpty()) {
+        j.key("tray");
+        TrayJson(j, extras.tray);
+    }
     j.close('}');
     return out;
 }

@@ -15,6 +15,12 @@ struct PassExtras {
     QString autoCheckMessage; // the headline; null when none would show
     QStringList sounds;
     bool ruleReport = false;
+    // The tray's ticks after the last pass, with the window minimised.
+    struct TrayTick {
+        QList<int> picture; // image numbers, bottom first
+        QString tip;
+    };
+    QList<TrayTick> tray;
 };
 
 QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,

@@ -8,6 +8,7 @@
 #include "checking/CheckCycle.h"
 #include "checking/PopSession.h"
 #include "context/AppContext.h"
+#include "context/ShellCalls.h"
 #include "messages/MessageList.h"
 #include "platform/Headless.h"
 #include "platform/MainView.h"
@@ -29,9 +30,11 @@ const char* const kUsage =
     "  test N [--json]          test the connection of account N and print the\n"
     "                           boxes the desktop program would show\n"
     "  check [--json] [--auto] [--account N] [--repeat K] [--pause MS]\n"
-    "                           check all enabled accounts (or account N alone),\n"
+    "        [--tray-ticks T]   check all enabled accounts (or account N alone),\n"
     "                           K times with MS milliseconds between passes;\n"
-    "                           --auto walks as the Auto Check timer does\n"
+    "                           --auto walks as the Auto Check timer does;\n"
+    "                           --tray-ticks shows T seconds of the tray picture\n"
+    "                           after the last pass\n"
     "  ui SCRIPT|- [--trace]    run a script of user actions against the window\n"
     "                           without a screen and print what it showed as JSON\n";
 
@@ -118,6 +121,7 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
     const int repeat = NumberAfter(args, "--repeat", 1, 1);
     const int pause = NumberAfter(args, "--pause", 0, 0);
     const int single = NumberAfter(args, "--account", 0, 1);
+    const int trayTicks = NumberAfter(args, "--tray-ticks", 0, 0);
     if (!args.isEmpty())
         throw Usage{QStringLiteral("unknown argument '%1'").arg(args.first())};
     if (autoWalk && single > 0)
@@ -147,6 +151,14 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
         extras.autoCheckMessage = ctx.check.AutoCheckHeadline;
         extras.sounds = sounds.played;
         extras.ruleReport = ctx.check.RuleReportWanted;
+        if (pass == repeat && trayTicks > 0) {
+            // The window goes to the tray and the clock ticks.
+            ctx.view->setWindowState(WindowState::Minimized);
+            for (int tick = 0; tick < trayTicks; ++tick) {
+                UpdateTrayIcon(ctx);
+                extras.tray.append({ctx.view->tray().picture(), ctx.view->tray().tip()});
+            }
+        }
         out << (json ? PassJson(ctx, pass, boxes.boxes, extras) + '\n'
                      : PassSummary(ctx, pass, boxes.boxes, extras));
         out.flush();

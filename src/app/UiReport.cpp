@@ -120,6 +120,7 @@ QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Head
         {"dialogs", dialogs},
         {"printed", Strings(h.printer.jobs)},
         {"status", panels},
+        {"statusTip", view.statusBar.tipText},
         {"tray", QJsonObject{{"present", view.trayEntry.present},
                              {"picture", trayPicture},
                              {"tip", view.trayEntry.tipText}}},

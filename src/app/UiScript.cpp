@@ -313,6 +313,12 @@ void Runner::line(const QString& raw) {
     } else if (verb == QLatin1String("wait")) {
         need(1);
         wait(args[0]);
+    } else if (verb == QLatin1String("point")) {
+        need(1);
+        const int panel = Number(args[0], "a status panel");
+        if (panel > 5)
+            throw ScriptError{QStringLiteral("the status bar has no panel %1").arg(panel)};
+        r.events.StatusBarPointer(panel);
     } else {
         throw ScriptError{QStringLiteral("unknown verb '%1'").arg(verb)};
     }

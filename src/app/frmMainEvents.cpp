@@ -2,6 +2,7 @@
 
 #include "app/Gate.h"
 #include "app/Pages.h"
+#include "app/StatusBar.h"
 #include "app/frmMain.h"
 #include "checking/CheckCycle.h"
 #include "checking/PopSession.h"
@@ -95,6 +96,10 @@ void frmMainEvents::ValueChanged(const QString& control) {
     if (!GateAdmits(ctx, control))
         return;
     // The pages' dirty checks hang here as the pages come.
+}
+
+void frmMainEvents::StatusBarPointer(int panel) {
+    ShowPanelTip(ctx, panel);
 }
 
 void frmMainEvents::Resize() {

@@ -23,6 +23,7 @@ public:
     void ListHeaderClick(int column) override;
     void ListContextMenu(int row) override;
     void ValueChanged(const QString& control) override;
+    void StatusBarPointer(int panel) override;
     void Resize() override;
     void Unload(bool& cancel) override;
 

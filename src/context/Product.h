@@ -16,6 +16,9 @@ inline QString HomePage() {
 inline QString Version() {
     return QStringLiteral(VELMORA_VERSION);
 }
+inline QString BuildYear() {
+    return QStringLiteral(VELMORA_BUILD_YEAR);
+}
 
 } // namespace Product
 } // namespace velmora

@@ -21,5 +21,11 @@ void UpdateTrayIcon(AppContext& ctx);
 constexpr int TrayPlain = 7;
 constexpr int TrayNoConnection = 8;
 constexpr int TrayAutoCheckOff = 9;
+// 1 to 6 are the account colours' fields; the digits lie over one of them.
+constexpr int TrayOneDigit = 10;   // 10 + digit: a count below 10
+constexpr int TrayUnitsDigit = 20; // 20 + units of a two-digit count
+constexpr int TrayTensDigit = 30;  // 29 + tens, 1 to 9
+constexpr int TrayHundredOrMore = 39;
+constexpr int TrayEmpty = 40;
 
 } // namespace velmora

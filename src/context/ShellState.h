@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/FirstUseView.h"
 #include "platform/Timer.h"
 
 #include <QStringList>
@@ -15,6 +16,8 @@ struct ShellState {
     int CurrentPage = 0;
     QString HelpFile;
     int FirstUse = 0;
+    // The account whose count the tray shows next.
+    int TrayAccount = 0;
     bool FormLoading = false;
     bool QuitRequested = false;
     // The main form is being unloaded: a check still on the call stack
@@ -29,6 +32,9 @@ struct ShellState {
     bool SoundMaster = true;
     bool DefaultSoundValid = false;
     bool DefaultClientValid = false;
+
+    // The welcome window while it is open.
+    std::unique_ptr<FirstUseView> frmFirstUse;
 
     // The clock while Auto Check is off or suspended.
     std::unique_ptr<Timer> tmrStatusBar;

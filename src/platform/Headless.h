@@ -132,13 +132,50 @@ private:
     std::shared_ptr<State> s;
 };
 
+// The welcome window without a screen, kept like the Auto Check Message.
+class StateFirstUseView : public FirstUseView {
+public:
+    struct State {
+        QString caption, version, copyright, welcome;
+        QStringList paragraphs;
+        bool raisedButtons = false;
+        bool shown = false;
+        int showings = 0;
+        bool destroyed = false;
+        std::function<void()> onClose;
+    };
+    explicit StateFirstUseView(std::shared_ptr<State> state) : s(std::move(state)) {}
+    ~StateFirstUseView() override { s->destroyed = true; }
+    void setCaption(const QString& caption) override { s->caption = caption; }
+    void setVersion(const QString& version) override { s->version = version; }
+    void setCopyright(const QString& notice) override { s->copyright = notice; }
+    void setWelcome(const QString& welcome) override { s->welcome = welcome; }
+    void setParagraphs(const QStringList& paragraphs) override { s->paragraphs = paragraphs; }
+    void setRaisedButtons(bool raised) override { s->raisedButtons = raised; }
+    void showWindow() override {
+        s->shown = true;
+        ++s->showings;
+    }
+    void hideWindow() override { s->shown = false; }
+    void setOnClose(std::function<void()> handler) override { s->onClose = std::move(handler); }
+
+private:
+    std::shared_ptr<State> s;
+};
+
 class StateWindowFactory : public WindowFactory {
 public:
     std::unique_ptr<MessageView> createMessageView() override {
         last = std::make_shared<StateMessageView::State>();
         return std::make_unique<StateMessageView>(last);
     }
+    std::unique_ptr<FirstUseView> createFirstUseView() override {
+        firstUse = std::make_shared<StateFirstUseView::State>();
+        return std::make_unique<StateFirstUseView>(firstUse);
+    }
     std::shared_ptr<StateMessageView::State> last;
+    // Null until a welcome window has been made.
+    std::shared_ptr<StateFirstUseView::State> firstUse;
 };
 
 // One of each, to fill every service a program does not bring itself, so

@@ -35,6 +35,10 @@ public:
     // An editing control changed its value by the user's hand.
     virtual void ValueChanged(const QString& control) = 0;
 
+    // The pointer moved on the status bar: the panel under it, 1 to 5, or
+    // 0 right of the last.
+    virtual void StatusBarPointer(int panel) = 0;
+
     virtual void Resize() = 0;
     // The window is asked to close; setting cancel keeps it loaded.
     virtual void Unload(bool& cancel) = 0;

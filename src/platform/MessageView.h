@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/FirstUseView.h"
+
 #include <QString>
 #include <functional>
 #include <memory>
@@ -31,6 +33,7 @@ class WindowFactory {
 public:
     virtual ~WindowFactory() = default;
     virtual std::unique_ptr<MessageView> createMessageView() = 0;
+    virtual std::unique_ptr<FirstUseView> createFirstUseView() = 0;
 };
 
 } // namespace velmora

@@ -14,9 +14,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMouseEvent>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QStatusBar>
 #include <QSystemTrayIcon>
 #include <QTabBar>
 #include <QTableWidget>
@@ -45,6 +47,7 @@ struct Recorder : MainViewEvents {
     void ListHeaderClick(int column) override { seen << QString("ListHeaderClick %1").arg(column); }
     void ListContextMenu(int row) override { seen << QString("ListContextMenu %1").arg(row); }
     void ValueChanged(const QString& control) override { seen << "ValueChanged " + control; }
+    void StatusBarPointer(int panel) override { seen << QString("StatusBarPointer %1").arg(panel); }
     void Resize() override { seen << "Resize"; }
     void Unload(bool& cancel) override {
         seen << "Unload";
@@ -305,6 +308,24 @@ void MainWindowTest::userActionsArriveAsTypedEvents_data() {
             QTest::keyClick(table(w), Qt::Key_Return);
         },
         {"ListDoubleClick 2"});
+    // A pointer move on the status bar, at a point of `widget`.
+    const auto pointer = [](QWidget* widget, QPoint at) {
+        QMouseEvent move(QEvent::MouseMove, at, widget->mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                         Qt::NoModifier);
+        QApplication::sendEvent(widget, &move);
+    };
+    row("pointer on panel 3",
+        [=](MainWindow& w) {
+            auto* panel = w.statusBar()->findChild<QWidget*>("StatusPanel3");
+            pointer(panel, panel->rect().center());
+        },
+        {"StatusBarPointer 3"});
+    row("pointer right of the last panel",
+        [=](MainWindow& w) {
+            auto* last = w.statusBar()->findChild<QWidget*>("StatusPanel5");
+            pointer(w.statusBar(), QPoint(last->geometry().right() + 2, 2));
+        },
+        {"StatusBarPointer 0"});
     row("close box", [](MainWindow& w) { QVERIFY(!w.close()); }, {"Unload"});
     row("minimised by the user",
         [](MainWindow& w) { w.QMainWindow::setWindowState(Qt::WindowMinimized); }, {"Resize"});

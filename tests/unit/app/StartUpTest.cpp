@@ -97,6 +97,8 @@ void StartUpTest::accountsGetTabsRunTimeValuesAndCountdown() {
 
 void StartUpTest::minimizedStartShowsOnlyTheTray() {
     TestRig rig;
+    // Not the first start, whose welcome would hold Auto Check.
+    rig.settings.set("Settings\\FirstUse", "1");
     rig.settings.set("Settings\\Options\\MinimizeStartUp", "1");
     rig.settings.set("Settings\\Options\\UseInterval", "1");
     rig.addAccount(1, "Home");

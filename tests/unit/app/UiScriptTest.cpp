@@ -18,6 +18,8 @@ private Q_SLOTS:
     void badLinesStopTheScript();
     void clicksReachOnlyWhatAUserCouldReach();
     void ticksReachTheirTimers();
+    void pointerRestsOnAStatusPanel_data();
+    void pointerRestsOnAStatusPanel();
 
 private:
     struct Outcome {
@@ -112,6 +114,24 @@ void UiScriptTest::ticksReachTheirTimers() {
     const QJsonArray shell = o.shown["shell"].toArray();
     QCOMPARE(shell.size(), 1);
     QVERIFY(shell[0].toObject()["target"].toString().endsWith("#topic-130"));
+}
+
+void UiScriptTest::pointerRestsOnAStatusPanel_data() {
+    QTest::addColumn<QByteArray>("script");
+    QTest::addColumn<QString>("tip");
+    QTest::newRow("status") << QByteArray("point 1\n") << "Home";
+    QTest::newRow("not checked") << QByteArray("point 3\n") << "Not Checked";
+    QTest::newRow("auto check off") << QByteArray("point 4\n") << "Auto Check is Off";
+    QTest::newRow("right of the last") << QByteArray("point 4\npoint 0\n") << "";
+}
+
+void UiScriptTest::pointerRestsOnAStatusPanel() {
+    QFETCH(QByteArray, script);
+    QFETCH(QString, tip);
+    auto rig = started(1);
+    const Outcome o = run(*rig, script);
+    QCOMPARE(o.status, 0);
+    QCOMPARE(o.shown["statusTip"].toString(), tip);
 }
 
 QTEST_GUILESS_MAIN(UiScriptTest)

@@ -60,7 +60,7 @@ MainWindow::MainWindow() {
     columns->addLayout(right, 1);
     setCentralWidget(central);
 
-    statusPanels = std::make_unique<WidgetStatusBar>(statusBar());
+    statusPanels = std::make_unique<WidgetStatusBar>(statusBar(), report());
     trayEntry = std::make_unique<WidgetTray>(*this, this);
 
     if (const QStringList gaps = missing(); !gaps.isEmpty())

@@ -1,5 +1,6 @@
 #include "platform/qt/widgets/MessageWindow.h"
 
+#include "platform/qt/widgets/FirstUseWindow.h"
 #include "platform/qt/widgets/Pictures.h"
 
 #include <QCloseEvent>
@@ -117,6 +118,10 @@ void MessageWindow::setOnClose(std::function<void()> handler) {
 
 std::unique_ptr<MessageView> WidgetWindowFactory::createMessageView() {
     return std::make_unique<MessageWindow>();
+}
+
+std::unique_ptr<FirstUseView> WidgetWindowFactory::createFirstUseView() {
+    return std::make_unique<FirstUseWindow>();
 }
 
 } // namespace velmora

@@ -45,6 +45,7 @@ private:
 class WidgetWindowFactory : public WindowFactory {
 public:
     std::unique_ptr<MessageView> createMessageView() override;
+    std::unique_ptr<FirstUseView> createFirstUseView() override;
 };
 
 } // namespace velmora

@@ -1,5 +1,7 @@
 #include "platform/qt/widgets/Pictures.h"
 
+#include "platform/qt/widgets/TrayPictures.h"
+
 #include <QHash>
 #include <QPainter>
 #include <QPainterPath>
@@ -134,25 +136,7 @@ QIcon Keyed(const QString& key) {
 }
 
 QIcon Tray(const QList<int>& layers) {
-    QPixmap pixmap = Blank();
-    QPainter p(&pixmap);
-    p.setRenderHint(QPainter::Antialiasing);
-    for (int layer : layers) {
-        switch (layer) {
-        case 8:
-            DrawEnvelope(p, QColor(245, 245, 245), QColor(40, 60, 90));
-            DrawCross(p, QColor(200, 40, 40));
-            break;
-        case 9:
-            DrawEnvelope(p, QColor(210, 210, 210), QColor(120, 120, 120));
-            break;
-        default:
-            DrawEnvelope(p, QColor(255, 230, 120), QColor(40, 60, 90));
-            break;
-        }
-    }
-    p.end();
-    return QIcon(pixmap);
+    return TrayPictures::Icon(layers);
 }
 
 } // namespace velmora::Pictures

@@ -4,9 +4,12 @@
 #include "platform/qt/widgets/Pictures.h"
 
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <utility>
 
 namespace velmora {
 
@@ -20,10 +23,16 @@ const char* const kPanelNames[5] = {"Status", "Messages", "Last check", "Next ch
 
 } // namespace
 
-WidgetStatusBar::WidgetStatusBar(QStatusBar* bar) : bar(bar) {
+WidgetStatusBar::WidgetStatusBar(QStatusBar* bar, EventReporter report)
+    : bar(bar), report(std::move(report)) {
     bar->setSizeGripEnabled(true);
+    bar->setMouseTracking(true);
+    bar->installEventFilter(this);
     for (int i = 0; i < 5; ++i) {
         auto* frame = new QWidget;
+        frames[i] = frame;
+        // The panels leave pointer moves and tip requests to the bar.
+        frame->setMouseTracking(true);
         frame->setObjectName(QStringLiteral("StatusPanel%1").arg(i + 1));
         frame->setAccessibleName(QLatin1String(kPanelNames[i]));
         auto* layout = new QHBoxLayout(frame);
@@ -54,6 +63,31 @@ WidgetStatusBar::WidgetStatusBar(QStatusBar* bar) : bar(bar) {
             panels[i].text->setMinimumWidth(1);
         bar->addWidget(frame, i == 0 ? 1 : 0);
     }
+}
+
+int WidgetStatusBar::panelAt(const QPoint& point) const {
+    // A panel reaches from its left edge to the next one's; the last ends
+    // at its own right edge.
+    for (int i = 4; i >= 0; --i) {
+        const QRect r = frames[i]->geometry();
+        if (point.x() >= r.left())
+            return i == 4 && point.x() > r.right() ? 0 : i + 1;
+    }
+    return 0;
+}
+
+bool WidgetStatusBar::eventFilter(QObject* watched, QEvent* event) {
+    // The bar's tip is set for the panel under the pointer just before Qt
+    // shows it.
+    if (watched == bar &&
+        (event->type() == QEvent::MouseMove || event->type() == QEvent::ToolTip)) {
+        const QPoint at = event->type() == QEvent::MouseMove
+                              ? static_cast<QMouseEvent*>(event)->position().toPoint()
+                              : static_cast<QHelpEvent*>(event)->pos();
+        const int panel = panelAt(at);
+        report([panel](MainViewEvents& events) { events.StatusBarPointer(panel); });
+    }
+    return QObject::eventFilter(watched, event);
 }
 
 const WidgetStatusBar::Panel& WidgetStatusBar::at(int panel) const {

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "platform/MainView.h"
+#include "platform/qt/widgets/WidgetControls.h"
+
+#include <QObject>
 
 class QLabel;
 class QProgressBar;
@@ -10,9 +13,10 @@ namespace velmora {
 
 // The window's status bar: five panels of text, each with room for a
 // picture, and the progress bar between the first two.
-class WidgetStatusBar : public StatusBarView {
+class WidgetStatusBar : public QObject, public StatusBarView {
 public:
-    explicit WidgetStatusBar(QStatusBar* bar);
+    // Pointer moves over the bar are reported with the panel under them.
+    WidgetStatusBar(QStatusBar* bar, EventReporter report);
 
     void setPanelText(int panel, const QString& text) override;
     QString panelText(int panel) const override;
@@ -25,6 +29,12 @@ public:
     void setProgress(int minimum, int maximum, int value) override;
     int progress() const override;
 
+    // The panel at a point of the bar, 1 to 5; 0 right of the last.
+    int panelAt(const QPoint& point) const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     struct Panel {
         QLabel* picture = nullptr;
@@ -33,6 +43,8 @@ private:
     const Panel& at(int panel) const;
 
     QStatusBar* bar;
+    EventReporter report;
+    QWidget* frames[5] = {};
     Panel panels[5];
     QProgressBar* progressBar = nullptr;
 };
