@@ -16,6 +16,8 @@ namespace velmora {
 bool Main(AppContext& ctx) {
     if (!ctx.svc.instance->claim())
         return false;
+    // Alone now: what a crash left half-written can go.
+    ctx.svc.files->RemoveStaleTemporaries();
 
     SettingsStore& settings = *ctx.svc.settings;
     ctx.shell.FirstUse = setting::readInt(settings, setting::SectionSettings, "FirstUse", 0);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "options/Setting.h"
 #include "platform/Services.h"
 #include "platform/qt/GuardedTimer.h"
 #include "platform/qt/HugePages.h"
@@ -9,6 +10,7 @@
 #include "platform/qt/QtPopClient.h"
 #include "platform/qt/QtSettingsStore.h"
 #include "platform/qt/SystemClock.h"
+#include "platform/qt/XdgAutoStart.h"
 
 namespace velmora {
 
@@ -21,6 +23,8 @@ struct QtPlatform {
         // message share the heaps too, rather than each taking a mapping
         // whose release interrupts the processor of the other thread.
         GrowHeapsInLargeSteps();
+        files.TidyBeside(QtSettingsStore::FileName(setting::AppPath));
+        files.TidyBeside(XdgAutoStart::EntryPath());
     }
 
     Services services() {
