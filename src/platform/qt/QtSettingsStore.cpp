@@ -1,81 +1,121 @@
 #include "platform/qt/QtSettingsStore.h"
 
-#include <QDir>
+#include "platform/qt/AtomicWrite.h"
+
+#include <QDateTime>
 #include <QFile>
-#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <sys/stat.h>
 
 namespace velmora {
 
 namespace {
 
-QString GroupOf(const QString& section) {
-    return QString(section).replace('\\', '/');
+QString KeyPath(const QString& section, const QString& key) {
+    return QString(section).replace('\\', '/') + '/' + key;
 }
-
-std::unique_ptr<QSettings> Make(const QString& appPath) {
-    const qsizetype cut = appPath.indexOf('\\');
-    const QString organisation = cut < 0 ? appPath : appPath.left(cut);
-    const QString application = cut < 0 ? QString() : appPath.mid(cut + 1);
-    return std::make_unique<QSettings>(QSettings::NativeFormat, QSettings::UserScope, organisation,
-                                       application);
-}
-
-constexpr QFile::Permissions OwnerOnly = QFile::ReadOwner | QFile::WriteOwner;
 
 } // namespace
 
-QSettings& QtSettingsStore::open(const QString& appPath) {
-    auto& slot = files[appPath];
-    if (!slot && !fixedFile.isEmpty())
-        slot = std::make_unique<QSettings>(fixedFile, QSettings::IniFormat);
-    if (!slot)
-        slot = Make(appPath);
-    return *slot;
+QString QtSettingsStore::FileName(const QString& appPath) {
+    const qsizetype cut = appPath.indexOf('\\');
+    const QString organisation = cut < 0 ? appPath : appPath.left(cut);
+    const QString application = cut < 0 ? QString() : appPath.mid(cut + 1);
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    return folder + '/' +
+           (application.isEmpty() ? organisation : organisation + '/' + application) +
+           QStringLiteral(".conf");
 }
 
-QString QtSettingsStore::FileName(const QString& appPath) {
-    return Make(appPath)->fileName();
+void QtSettingsStore::tell(const FileProblem& problem) {
+    if (onProblem)
+        onProblem(problem);
+}
+
+QtSettingsStore::File& QtSettingsStore::open(const QString& appPath) {
+    File& file = files[appPath];
+    if (file.path.isEmpty())
+        file.path = fixedFile.isEmpty() ? FileName(appPath) : fixedFile;
+    struct stat st;
+    const bool exists = ::stat(QFile::encodeName(file.path).constData(), &st) == 0;
+    const qint64 size = exists ? qint64(st.st_size) : -1;
+    const qint64 modified =
+        exists ? qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec : 0;
+    const quint64 inode = exists ? quint64(st.st_ino) : 0;
+    if (!file.seen || size != file.size || modified != file.modified || inode != file.inode) {
+        file.seen = true;
+        file.size = size;
+        file.modified = modified;
+        file.inode = inode;
+        if (!file.untouchable)
+            load(file);
+    }
+    return file;
+}
+
+void QtSettingsStore::load(File& file) {
+    file.text = SettingsText();
+    if (file.size < 0)
+        return;
+    QByteArray bytes;
+    QString why;
+    if (ReadWholeFile(file.path, &bytes, &why))
+        why = SettingsText::Problem(bytes);
+    if (why.isEmpty()) {
+        file.text = SettingsText(bytes);
+        return;
+    }
+    // Read as empty and written through, it would be lost at the first
+    // save: it goes aside, and the user is told once.
+    QString moveFailure;
+    const QString aside = PutAsideUnreadable(file.path, QDateTime::currentDateTime(), &moveFailure);
+    if (aside.isEmpty()) {
+        file.untouchable = true;
+        why += QStringLiteral("; it could not be put aside: ") + moveFailure;
+    }
+    file.size = -1;
+    file.modified = 0;
+    file.inode = 0;
+    tell(FileProblem::unreadable(file.path, why, aside));
+}
+
+void QtSettingsStore::write(File& file, const SettingsText& next) {
+    if (file.untouchable)
+        return;
+    const QString why = WriteFileAtomically(file.path, next.bytes());
+    if (!why.isEmpty()) {
+        // Once a failure, not once a key: a save of the options writes
+        // forty of them.
+        if (!file.failing)
+            tell(FileProblem::notWritten(file.path, why));
+        file.failing = true;
+        return;
+    }
+    file.failing = false;
+    file.text = next;
+    file.seen = false; // its new stamp is read at the next use
 }
 
 QString QtSettingsStore::GetSetting(const QString& appPath, const QString& section,
                                     const QString& key, const QString& defaultValue) {
-    QSettings& s = open(appPath);
-    const QVariant value = s.value(GroupOf(section) + '/' + key);
-    if (!value.isValid())
-        return defaultValue;
-    // An unquoted value with commas, as a hand edit may leave it, reads as a
-    // list.
-    if (value.typeId() == QMetaType::QStringList)
-        return value.toStringList().join(',');
-    return value.toString();
+    return open(appPath).text.value(KeyPath(section, key)).value_or(defaultValue);
 }
 
 void QtSettingsStore::SaveSetting(const QString& appPath, const QString& section,
                                   const QString& key, const QString& value) {
-    QSettings& s = open(appPath);
-    s.setValue(GroupOf(section) + '/' + key, value);
-    commit(s);
+    File& file = open(appPath);
+    SettingsText next = file.text;
+    next.setValue(KeyPath(section, key), value);
+    write(file, next);
 }
 
 void QtSettingsStore::DeleteSetting(const QString& appPath, const QString& section,
                                     const QString& key) {
-    QSettings& s = open(appPath);
-    s.remove(GroupOf(section) + '/' + key);
-    commit(s);
-}
-
-// Written through at once, so that a crash loses nothing. The file is made
-// owner-only before the first write, and the replacement keeps that mode.
-void QtSettingsStore::commit(QSettings& settings) {
-    const QString path = settings.fileName();
-    if (!QFileInfo::exists(path)) {
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        if (file.open(QIODevice::WriteOnly))
-            file.setPermissions(OwnerOnly);
-    }
-    settings.sync();
-    QFile::setPermissions(path, OwnerOnly);
+    File& file = open(appPath);
+    SettingsText next = file.text;
+    next.remove(KeyPath(section, key));
+    write(file, next);
 }
 
 } // namespace velmora
