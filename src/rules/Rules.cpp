@@ -74,9 +74,13 @@ void ShowFileName(AppContext& ctx) {
 } // namespace
 
 void Rule::JoinDescription() {
-    Description[0].clear();
+    QString joined;
     for (int m = 1; m <= DescCount && m <= MaxRuleEntries; ++m)
-        Description[0] += Description[m];
+        joined += Description[m];
+    // An equal text is kept: the working copy then shares the live set's
+    // instead of holding every rule's entries a third time.
+    if (joined != Description[0])
+        Description[0] = joined;
 }
 
 QString RulesFilePath(AppContext& ctx) {

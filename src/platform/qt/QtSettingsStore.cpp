@@ -16,6 +16,20 @@ QString KeyPath(const QString& section, const QString& key) {
     return QString(section).replace('\\', '/') + '/' + key;
 }
 
+// Size, time of change and inode: what tells a file's versions apart.
+struct Stamp {
+    qint64 size = -1, modified = 0;
+    quint64 inode = 0;
+};
+
+Stamp StampOf(const QString& path) {
+    struct stat st;
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+        return {};
+    return {qint64(st.st_size), qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec,
+            quint64(st.st_ino)};
+}
+
 } // namespace
 
 QString QtSettingsStore::FileName(const QString& appPath) {
@@ -37,17 +51,13 @@ QtSettingsStore::File& QtSettingsStore::open(const QString& appPath) {
     File& file = files[appPath];
     if (file.path.isEmpty())
         file.path = fixedFile.isEmpty() ? FileName(appPath) : fixedFile;
-    struct stat st;
-    const bool exists = ::stat(QFile::encodeName(file.path).constData(), &st) == 0;
-    const qint64 size = exists ? qint64(st.st_size) : -1;
-    const qint64 modified =
-        exists ? qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec : 0;
-    const quint64 inode = exists ? quint64(st.st_ino) : 0;
-    if (!file.seen || size != file.size || modified != file.modified || inode != file.inode) {
+    const Stamp now = StampOf(file.path);
+    if (!file.seen || now.size != file.size || now.modified != file.modified ||
+        now.inode != file.inode) {
         file.seen = true;
-        file.size = size;
-        file.modified = modified;
-        file.inode = inode;
+        file.size = now.size;
+        file.modified = now.modified;
+        file.inode = now.inode;
         if (!file.untouchable)
             load(file);
     }
@@ -94,7 +104,10 @@ void QtSettingsStore::write(File& file, const SettingsText& next) {
     }
     file.failing = false;
     file.text = next;
-    file.seen = false; // its new stamp is read at the next use
+    const Stamp written = StampOf(file.path);
+    file.size = written.size;
+    file.modified = written.modified;
+    file.inode = written.inode;
 }
 
 QString QtSettingsStore::GetSetting(const QString& appPath, const QString& section,
