@@ -134,8 +134,16 @@ bool ReadWholeFile(const QString& path, QByteArray* bytes, QString* reason) {
             *reason = file.errorString();
         return false;
     }
-    *bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
+    // Read into a buffer of the file's size: readAll and resize grow theirs
+    // ahead, and a large file would hold half as much again.
+    *bytes = QByteArray(file.size(), Qt::Uninitialized);
+    const qint64 got = file.read(bytes->data(), bytes->size());
+    if (got >= 0) {
+        bytes->resize(got);
+        if (const QByteArray more = file.readAll(); !more.isEmpty())
+            *bytes += more; // grown meanwhile
+    }
+    if (got < 0 || file.error() != QFileDevice::NoError) {
         if (reason)
             *reason = file.errorString();
         return false;

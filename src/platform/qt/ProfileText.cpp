@@ -59,6 +59,7 @@ ProfileText::ProfileText(QByteArray bytes) : data(std::move(bytes)) {
     }
     std::stable_sort(sections.begin(), sections.end(),
                      [](const auto& a, const auto& b) { return a.first < b.first; });
+    sections.shrink_to_fit();
 }
 
 QByteArrayView ProfileText::textOf(const Line& line) const {
