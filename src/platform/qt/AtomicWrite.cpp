@@ -154,8 +154,9 @@ bool ReadWholeFile(const QString& path, QByteArray* bytes, QString* reason) {
 bool IsStaleTemporary(const QString& entry, const QString& name) {
     if (name.isEmpty())
         return false;
-    // The older rules writer's fresh file.
-    if (entry == name + QStringLiteral(".new"))
+    // The older rules writer's fresh file, and the lock QSettings left
+    // when the program that held it ended unexpectedly.
+    if (entry == name + QStringLiteral(".new") || entry == name + QStringLiteral(".lock"))
         return true;
     // QSaveFile's "<name>.XXXXXX", where the system has no unnamed files.
     if (entry.size() == name.size() + 7 && entry.startsWith(name) && entry[name.size()] == '.') {

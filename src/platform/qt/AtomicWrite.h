@@ -30,7 +30,8 @@ QString PutAsideUnreadable(const QString& path, const QDateTime& now, QString* r
 bool ReadWholeFile(const QString& path, QByteArray* bytes, QString* reason);
 
 // What writes cut short by a crash leave beside the files `names` of
-// `folder`: a temporary of QSaveFile, and of the older writers. Removed;
+// `folder`: a temporary of QSaveFile, and of the older writers, and the
+// older settings writer's lock. Removed;
 // anything else, a person's own "Rules.ini.backup" included, stays.
 void RemoveStaleTemporaries(const QString& folder, const QStringList& names);
 // Whether `entry` is such a leftover of the file `name`.

@@ -113,6 +113,7 @@ void AtomicWriteTest::staleTemporaries_data() {
     QTest::newRow("older writer's hidden one") << ".Rules.ini.abcdef" << true;
     QTest::newRow("older rules writer's") << "Rules.ini.new" << true;
     QTest::newRow("its hidden temporary") << ".Rules.ini.new.aB1cD2" << true;
+    QTest::newRow("a lock left by QSettings") << "Rules.ini.lock" << true;
     QTest::newRow("a person's backup") << "Rules.ini.backup" << false;
     QTest::newRow("a person's dated copy") << "Rules.ini.202401" << false;
     QTest::newRow("our own backup") << "Rules.ini.bak" << false;
