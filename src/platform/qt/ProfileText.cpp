@@ -47,9 +47,16 @@ bool IsBinary(char c) {
     return (u < 0x20 && c != '\t' && c != '\n' && c != '\r') || u == 0x7F;
 }
 
+// The byte order mark some editors put first.
+QByteArrayView WithoutMark(QByteArrayView bytes) {
+    return bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes;
+}
+
 } // namespace
 
 ProfileText::ProfileText(QByteArray bytes) : data(std::move(bytes)) {
+    if (data.startsWith("\xEF\xBB\xBF"))
+        data.remove(0, 3);
     QByteArrayView name;
     for (qsizetype at = 0; at < data.size();) {
         const Line line = lineAt(at);
@@ -186,7 +193,8 @@ QByteArray ProfileText::withValue(const QString& section, const QString& key,
     return out;
 }
 
-QString ProfileText::Problem(const QByteArray& bytes, const QString& required) {
+QString ProfileText::Problem(const QByteArray& whole, const QString& required) {
+    const QByteArrayView bytes = WithoutMark(whole);
     if (std::any_of(bytes.begin(), bytes.end(), IsBinary))
         return QStringLiteral("it holds binary data, not text");
     bool anySection = false, requiredFound = required.isEmpty(), content = false;
@@ -195,7 +203,7 @@ QString ProfileText::Problem(const QByteArray& bytes, const QString& required) {
     for (qsizetype at = 0; at < bytes.size();) {
         const qsizetype newline = bytes.indexOf('\n', at);
         const qsizetype end = newline < 0 ? bytes.size() : newline;
-        const QByteArrayView line = Trimmed(QByteArrayView(bytes).sliced(at, end - at));
+        const QByteArrayView line = Trimmed(bytes.sliced(at, end - at));
         at = end + 1;
         ++number;
         if (line.isEmpty() || IsComment(line))
@@ -217,11 +225,12 @@ QString ProfileText::Problem(const QByteArray& bytes, const QString& required) {
     return {};
 }
 
-bool ProfileText::HasHandMadeLines(const QByteArray& bytes) {
+bool ProfileText::HasHandMadeLines(const QByteArray& whole) {
+    const QByteArrayView bytes = WithoutMark(whole);
     for (qsizetype at = 0; at < bytes.size();) {
         const qsizetype newline = bytes.indexOf('\n', at);
         const qsizetype end = newline < 0 ? bytes.size() : newline;
-        const QByteArrayView line = Trimmed(QByteArrayView(bytes).sliced(at, end - at));
+        const QByteArrayView line = Trimmed(bytes.sliced(at, end - at));
         at = end + 1;
         QByteArrayView name;
         if (!line.isEmpty() &&

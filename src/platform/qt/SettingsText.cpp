@@ -156,7 +156,8 @@ std::optional<QString> FromVariantText(const QString& text) {
 SettingsText::SettingsText(const QByteArray& bytes) {
     if (bytes.contains("\r\n"))
         lineEnd = "\r\n";
-    lines = bytes.split('\n');
+    // Without the byte order mark some editors put first.
+    lines = (bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes).split('\n');
     if (!lines.isEmpty() && lines.last().isEmpty())
         lines.removeLast();
     for (QByteArray& line : lines) {
@@ -174,7 +175,8 @@ QString SettingsText::Problem(const QByteArray& bytes) {
     if (std::any_of(bytes.begin(), bytes.end(), binary))
         return QStringLiteral("it holds binary data, not text");
     int number = 0;
-    for (const QByteArray& raw : bytes.split('\n')) {
+    const QByteArray text = bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes;
+    for (const QByteArray& raw : text.split('\n')) {
         ++number;
         const QByteArrayView line = Trimmed(raw);
         if (line.isEmpty() || IsComment(line))

@@ -242,7 +242,7 @@ void SettingsFileTest::unreadableFileIsPutAside() {
 
 // QSettings dropped comments and reordered what a person wrote.
 void SettingsFileTest::handEditsStay() {
-    const QByteArray edited = "; my accounts, edited by hand\n"
+    const QByteArray edited = "\xEF\xBB\xBF; my accounts, edited by hand\n"
                               "[Settings]\n"
                               "AcntNum = 1\n"
                               "AcntName1=Home   ; the family account\n"

@@ -163,6 +163,7 @@ void RulesFileTest::unreadableFileIsPutAside_data() {
         << QByteArray("[Rules\r\nRuleCount=1\r\n") << "line 1 opens a section";
     QTest::newRow("empty") << QByteArray() << "";
     QTest::newRow("comments only") << QByteArray("; nothing yet\r\n\r\n") << "";
+    QTest::newRow("byte order mark first") << QByteArray("\xEF\xBB\xBF[Rules]\r\nShow=1\r\n") << "";
 }
 
 void RulesFileTest::unreadableFileIsPutAside() {
