@@ -50,7 +50,8 @@ void IniProfileFiles::remember(const QString& file, QByteArray bytes) {
     cachedText = ProfileText(std::move(bytes));
 }
 
-bool IniProfileFiles::replace(const QString& file, const QByteArray& bytes, QString* reason) {
+bool IniProfileFiles::replace(const QString& file, const QByteArray& bytes, QString* reason,
+                              bool keep) {
     QString why;
     if (untouchable.contains(QFileInfo(file).absoluteFilePath()))
         why = QStringLiteral("an unreadable file lies there that could not be put aside");
@@ -61,7 +62,12 @@ bool IniProfileFiles::replace(const QString& file, const QByteArray& bytes, QStr
             *reason = why;
         return false;
     }
-    remember(file, bytes);
+    // A file written a key at a time is read and written again at once; one
+    // written whole is read, if at all, at the next start.
+    if (keep)
+        remember(file, bytes);
+    else if (file == cachedFile)
+        cachedFile.clear();
     return true;
 }
 
@@ -93,7 +99,7 @@ int IniProfileFiles::GetPrivateProfileString(const QString& section, const QStri
 bool IniProfileFiles::WritePrivateProfileString(const QString& section, const QString& key,
                                                 const QString& value, const QString& file,
                                                 QString* reason) {
-    return replace(file, text(file).withValue(section, key, value), reason);
+    return replace(file, text(file).withValue(section, key, value), reason, true);
 }
 
 bool IniProfileFiles::WriteProfileFile(const QString& file, const QString& text, QString* reason) {
@@ -107,7 +113,7 @@ bool IniProfileFiles::WriteProfileFile(const QString& file, const QString& text,
             return false;
         }
     }
-    return replace(file, text.toUtf8(), reason);
+    return replace(file, text.toUtf8(), reason, false);
 }
 
 bool IniProfileFiles::PutAsideIfUnreadable(const QString& file, const QString& required,

@@ -37,7 +37,7 @@ private:
     // a Rules file is read a key at a time.
     const ProfileText& text(const QString& file);
     void remember(const QString& file, QByteArray bytes);
-    bool replace(const QString& file, const QByteArray& bytes, QString* reason);
+    bool replace(const QString& file, const QByteArray& bytes, QString* reason, bool keep);
 
     QString cachedFile;
     Stamp cachedStamp;
