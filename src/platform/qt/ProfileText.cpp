@@ -1,5 +1,7 @@
 #include "platform/qt/ProfileText.h"
 
+#include "platform/qt/Utf8.h"
+
 #include <QHashFunctions>
 
 #include <algorithm>
@@ -34,7 +36,7 @@ bool SectionName(QByteArrayView line, QByteArrayView* name) {
 }
 
 QString Folded(QByteArrayView name) {
-    return QString::fromUtf8(name).toCaseFolded();
+    return Utf8Text(name).toCaseFolded();
 }
 
 bool IsComment(QByteArrayView trimmed) {
@@ -115,7 +117,7 @@ std::optional<ProfileText::Line> ProfileText::findKey(qsizetype begin, qsizetype
         const QByteArrayView text = textOf(line);
         const qsizetype equals = text.indexOf('=');
         if (equals >= 0 &&
-            QString::fromUtf8(Trimmed(text.first(equals))).compare(key, Qt::CaseInsensitive) == 0)
+            Utf8Text(Trimmed(text.first(equals))).compare(key, Qt::CaseInsensitive) == 0)
             return line;
         at = line.next;
     }
@@ -130,7 +132,7 @@ std::optional<QString> ProfileText::value(QStringView section, QStringView key) 
     if (!line)
         return std::nullopt;
     const QByteArrayView text = textOf(*line);
-    return QString::fromUtf8(text.sliced(text.indexOf('=') + 1)).trimmed();
+    return Utf8Text(text.sliced(text.indexOf('=') + 1)).trimmed();
 }
 
 std::optional<QStringList> ProfileText::sectionLines(QStringView section, qsizetype limit) const {
@@ -141,7 +143,7 @@ std::optional<QStringList> ProfileText::sectionLines(QStringView section, qsizet
     qsizetype held = 0;
     for (qsizetype at = begin; at < end && held <= limit;) {
         const Line line = lineAt(at);
-        const QString text = QString::fromUtf8(textOf(line));
+        const QString text = Utf8Text(textOf(line));
         if (!text.trimmed().isEmpty()) {
             lines << text;
             held += text.size() + 1;

@@ -1,5 +1,7 @@
 #include "platform/qt/SettingsText.h"
 
+#include "platform/qt/Utf8.h"
+
 #include <algorithm>
 
 namespace velmora {
@@ -71,7 +73,7 @@ QString UnescapedKey(QByteArrayView key) {
         qsizetype j = i + 1;
         while (j < key.size() && key[j] != '%' && key[j] != '\\')
             ++j;
-        out += QString::fromUtf8(key.sliced(i, j - i));
+        out += Utf8Text(key.sliced(i, j - i));
         i = j;
     }
     return out;
@@ -83,7 +85,7 @@ QString GroupOfHeader(QByteArrayView name) {
     if (name.compare("general", Qt::CaseInsensitive) == 0)
         return {};
     if (name.compare("%general", Qt::CaseInsensitive) == 0)
-        return QString::fromUtf8(name.sliced(1));
+        return Utf8Text(name.sliced(1));
     return UnescapedKey(name);
 }
 
@@ -407,7 +409,7 @@ QString SettingsText::UnescapedValue(QByteArrayView text) {
             qsizetype j = i + 1;
             while (j < text.size() && text[j] != '\\' && text[j] != '"' && text[j] != ',')
                 ++j;
-            current += QString::fromUtf8(text.sliced(i, j - i));
+            current += Utf8Text(text.sliced(i, j - i));
             i = j;
         }
     }

@@ -20,6 +20,8 @@ private Q_SLOTS:
     void unwritableFolderFailsInSilence();
     void readsSeeWhatOthersWrite();
     void largeFileCostsAboutItsSize();
+    void leadingByteOrderMarkStays_data();
+    void leadingByteOrderMarkStays();
 
 private:
     std::unique_ptr<ScratchFile> scratch;
@@ -124,6 +126,27 @@ void IniFileTest::largeFileCostsAboutItsSize() {
     const qint64 held = allocated() - before;
     qInfo("%lld bytes held for a file of %lld", held, qint64(text.size()));
     QVERIFY2(held < text.size() * 3 / 2, qPrintable(QString::number(held)));
+}
+
+// Found by fuzzing: a value or key read on its own lost a U+FEFF it began
+// with, as if it were the mark at the start of a file.
+void IniFileTest::leadingByteOrderMarkStays_data() {
+    QTest::addColumn<bool>("anew");
+    QTest::newRow("a key at a time") << false;
+    QTest::newRow("written anew") << true;
+}
+
+void IniFileTest::leadingByteOrderMarkStays() {
+    QFETCH(bool, anew);
+    const QString mark(1, QChar(0xFEFF));
+    IniFile ini(profiles, scratch->path());
+    if (anew)
+        ini.StartNew();
+    ini.KeySave(mark + "name", "Rule1", "Name");
+    ini.KeySave("x", "Rule1", mark + "Key");
+    QVERIFY(ini.CommitNew());
+    QCOMPARE(ini.KeyGet("Rule1", "Name", ""), mark + "name");
+    QCOMPARE(ini.KeyGet("Rule1", mark + "Key", ""), QString("x"));
 }
 
 QTEST_GUILESS_MAIN(IniFileTest)

@@ -24,6 +24,8 @@ private Q_SLOTS:
     void logonEntryFailureIsTold();
     void valuesReadAlikeInQSettings_data();
     void valuesReadAlikeInQSettings();
+    void valuesKeepByteOrderMarks_data();
+    void valuesKeepByteOrderMarks();
     void failedWriteKeepsTheFileAndIsToldOnce();
     void unreadableFileIsPutAside_data();
     void unreadableFileIsPutAside();
@@ -138,6 +140,27 @@ void SettingsFileTest::valuesReadAlikeInQSettings_data() {
         << QString("x") + QChar(1) + "ab" + QChar(0x7f) + "c";
     QTest::newRow("beyond ASCII") << QString::fromUtf8("Grüße 中文 \xF0\x9F\x98\x80");
     QTest::newRow("NUL inside") << QString("a") + QChar(0) + "b";
+}
+
+// Found by fuzzing: a U+FEFF right after an escape, or first in a value, was
+// taken for a byte order mark and dropped. QSettings drops it too, so this
+// holds for our store alone.
+void SettingsFileTest::valuesKeepByteOrderMarks_data() {
+    const QChar mark(0xFEFF);
+    QTest::addColumn<QString>("value");
+    QTest::newRow("first") << QString(mark) + "pass";
+    QTest::newRow("after an escape") << QString("s") + QChar(0) + QChar(0) + mark + "x";
+    QTest::newRow("after a quote") << QString(" ") + mark;
+}
+
+void SettingsFileTest::valuesKeepByteOrderMarks() {
+    QFETCH(QString, value);
+    {
+        QtSettingsStore store;
+        store.SaveSetting("Kestrum\\Velmora", "Settings", "AcntPassword1", value);
+    }
+    QtSettingsStore again;
+    QCOMPARE(again.GetSetting("Kestrum\\Velmora", "Settings", "AcntPassword1", "?"), value);
 }
 
 void SettingsFileTest::valuesReadAlikeInQSettings() {
