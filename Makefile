@@ -5,7 +5,7 @@ BUILD_TYPE ?= RelWithDebInfo
 CMAKE_FLAGS ?=
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build run test sanitize sanitize-unit format-check bench clean
+.PHONY: all deps configure build run test sanitize sanitize-unit format-check bench fuzz clean
 
 all: build
 
@@ -43,5 +43,25 @@ bench: build
 	scripts/install-deps --bench
 	bench/run
 
+# The libFuzzer targets of tests/fuzz, built with clang in build-fuzz/, each
+# run for FUZZ_SECONDS on its seeds and what earlier runs found. Crashes are
+# kept in build-fuzz/crashes/<target>/.
+FUZZ_SECONDS ?= 60
+FUZZ_TARGETS = fuzz_profile fuzz_settings fuzz_rules
+fuzz:
+	scripts/install-deps --fuzz
+	CXX=clang++ cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELMORA_FUZZ=ON
+	cmake --build build-fuzz -j $(JOBS) --target $(FUZZ_TARGETS)
+	@failed=; for t in $(FUZZ_TARGETS); do \
+	  mkdir -p build-fuzz/corpus/$$t build-fuzz/crashes/$$t; \
+	  echo "fuzz: $$t for $(FUZZ_SECONDS) s"; \
+	  LSAN_OPTIONS=suppressions=$(CURDIR)/tests/lsan.supp:print_suppressions=0 \
+	  build-fuzz/fuzz/$$t -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \
+	    -artifact_prefix=build-fuzz/crashes/$$t/ build-fuzz/corpus/$$t tests/fuzz/corpus/$$t \
+	    || failed="$$failed $$t"; \
+	done; \
+	if [ -n "$$failed" ]; then echo "fuzz: crashes in$$failed"; exit 1; fi; \
+	echo "fuzz: no crashes"
+
 clean:
-	rm -rf $(BUILD) build-sanitize
+	rm -rf $(BUILD) build-sanitize build-fuzz

@@ -69,10 +69,10 @@ int AccountNumber(const AppContext& ctx, const QString& text) {
     return n;
 }
 
-// What Form_Load does for the logic beyond the reads: the timers, the
+// What Form_Load does for the logic beyond the reads, which the caller has
+// made (a second read would report a damaged file twice): the timers, the
 // client, one tab per account.
 void Prepare(AppContext& ctx) {
-    frmMain::LoadStores(ctx);
     frmMain::CreateTimers(ctx);
     frmMain::AddAccountTabs(ctx);
     CreatePopClient(ctx);
@@ -86,10 +86,22 @@ void Pause(int milliseconds) {
     loop.exec();
 }
 
-int Accounts(AppContext& ctx, QStringList args, QTextStream& out) {
+// What the stores said while loading, a file they could not read above
+// all, goes to the error stream rather than into a pass's boxes.
+void LoadStoresAndTell(AppContext& ctx, RecordedBoxes& boxes, QTextStream& err) {
+    frmMain::LoadStores(ctx);
+    if (boxes.boxes.isEmpty())
+        return;
+    err << DialogsSummary(boxes.boxes);
+    err.flush();
+    boxes.boxes.clear();
+}
+
+int Accounts(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& out,
+             QTextStream& err) {
     if (!args.isEmpty())
         throw Usage{QStringLiteral("accounts takes no arguments")};
-    frmMain::LoadStores(ctx);
+    LoadStoresAndTell(ctx, boxes, err);
     for (int n = 1; n <= ctx.accounts.AcntNum; ++n) {
         const Account& a = ctx.accounts[n];
         out << n << "  " << a.AcntName << "  " << a.AcntServer << ":" << a.AcntPort
@@ -99,11 +111,12 @@ int Accounts(AppContext& ctx, QStringList args, QTextStream& out) {
     return 0;
 }
 
-int Test(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& out) {
+int Test(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& out,
+         QTextStream& err) {
     const bool json = Flag(args, "--json");
     if (args.size() != 1)
         throw Usage{QStringLiteral("test takes one account number")};
-    frmMain::LoadStores(ctx);
+    LoadStoresAndTell(ctx, boxes, err);
     const int account = AccountNumber(ctx, args.first());
     Prepare(ctx);
     ctx.accounts.AcntCurrent = account;
@@ -115,7 +128,7 @@ int Test(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& o
 }
 
 int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QStringList args,
-          QTextStream& out) {
+          QTextStream& out, QTextStream& err) {
     const bool json = Flag(args, "--json");
     const bool autoWalk = Flag(args, "--auto");
     const int repeat = NumberAfter(args, "--repeat", 1, 1);
@@ -126,7 +139,7 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
         throw Usage{QStringLiteral("unknown argument '%1'").arg(args.first())};
     if (autoWalk && single > 0)
         throw Usage{QStringLiteral("--auto walks all accounts; it takes no --account")};
-    frmMain::LoadStores(ctx);
+    LoadStoresAndTell(ctx, boxes, err);
     if (single > 0)
         AccountNumber(ctx, QString::number(single));
     Prepare(ctx);
@@ -190,11 +203,11 @@ int RunCommandLine(AppContext& ctx, StateView& view, Headless& headless,
         const QString command = arguments.first();
         const QStringList rest = arguments.mid(1);
         if (command == QLatin1String("accounts"))
-            return Accounts(ctx, rest, out);
+            return Accounts(ctx, boxes, rest, out, err);
         if (command == QLatin1String("test"))
-            return Test(ctx, boxes, rest, out);
+            return Test(ctx, boxes, rest, out, err);
         if (command == QLatin1String("check"))
-            return Check(ctx, boxes, sounds, rest, out);
+            return Check(ctx, boxes, sounds, rest, out, err);
         if (command == QLatin1String("ui"))
             return Ui(ctx, view, headless, rest, out, err);
         throw Usage{QStringLiteral("unknown command '%1'").arg(command)};

@@ -4,6 +4,7 @@
 #include "app/frmMain.h"
 #include "checking/Schedule.h"
 #include "context/AppContext.h"
+#include "options/FileReports.h"
 #include "options/MenuColours.h"
 #include "options/Setting.h"
 #include "platform/AutoStart.h"
@@ -17,6 +18,8 @@ namespace velmora {
 bool Main(AppContext& ctx) {
     if (!ctx.svc.instance->claim())
         return false;
+    // Alone now: what a crash left half-written can go.
+    ctx.svc.files->RemoveStaleTemporaries();
 
     SettingsStore& settings = *ctx.svc.settings;
     ctx.shell.FirstUse = setting::readInt(settings, setting::SectionSettings, "FirstUse", 0);
@@ -48,7 +51,7 @@ bool Main(AppContext& ctx) {
         ShowFirstUse(ctx);
         ctx.options.RunStartUp = 1;
         setting::saveInt(settings, setting::SectionOptions, "RunStartUp", 1);
-        ctx.svc.autoStart->SetRunAtStartUp();
+        ShowFileProblem(ctx, ctx.svc.autoStart->SetRunAtStartUp());
         setting::saveInt(settings, setting::SectionSettings, "FirstUse", 1);
     }
 

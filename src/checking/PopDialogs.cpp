@@ -74,6 +74,10 @@ void ShowUnexpectedError(AppContext& ctx, int account, int number, const QString
 }
 
 int ClientErrorNumber(const AppContext& ctx, const Failure& failure) {
+    // A port text the logic refused before the client saw it counts as the
+    // client's own refusal of a port.
+    if (failure.number == PopError::BadPort)
+        return PopError::BadPort;
     const int last = ctx.check.PopClient ? ctx.check.PopClient->LastError() : 0;
     // A stale number from an earlier call must not dress up a failure of
     // our own as the client's.
@@ -81,7 +85,9 @@ int ClientErrorNumber(const AppContext& ctx, const Failure& failure) {
 }
 
 void ShowFailure(AppContext& ctx, int account, const Failure& failure, const QString& title) {
-    if (const int number = ClientErrorNumber(ctx, failure); number > 0)
+    if (failure.number == PopError::BadPort)
+        ShowConnectionError(ctx, account, failure.number, failure.description, title);
+    else if (const int number = ClientErrorNumber(ctx, failure); number > 0)
         ShowConnectionError(ctx, account, number, ctx.check.PopClient->ErrorText(), title);
     else
         ShowUnexpectedError(ctx, account, failure.number, failure.description, title);

@@ -9,7 +9,6 @@
 #include "platform/MainView.h"
 #include "platform/PopClient.h"
 #include "platform/PopErrors.h"
-#include "platform/RuntimeErrors.h"
 
 #include <cmath>
 #include <limits>
@@ -44,12 +43,13 @@ qint32 PortNumber(const QString& text) {
     double value = trimmed.toLongLong(&ok);
     if (!ok)
         value = std::nearbyint(trimmed.toDouble(&ok));
-    if (!ok || !std::isfinite(value))
-        throw Failure{RuntimeError::TypeMismatch,
-                      QStringLiteral("Type mismatch: the port \"%1\" is not a number").arg(text)};
-    if (value < std::numeric_limits<qint32>::min() || value > std::numeric_limits<qint32>::max())
-        throw Failure{RuntimeError::Overflow,
-                      QStringLiteral("Overflow: the port \"%1\" is too large").arg(text)};
+    // A port that is no number, or beyond any the client takes, is refused
+    // here as the client refuses 0 or 70000: the same box, not an
+    // "unexpected error" to report.
+    if (!ok || !std::isfinite(value) || value < std::numeric_limits<qint32>::min() ||
+        value > std::numeric_limits<qint32>::max())
+        throw Failure{PopError::BadPort,
+                      QStringLiteral("Port \"%1\" is not a number from 1 to 65535").arg(text)};
     return qint32(value);
 }
 

@@ -24,7 +24,8 @@ void RetrieveAccount(AppContext& ctx, int account);
 // around it.
 void TestAccountConnection(AppContext& ctx);
 
-// The account's port text as a number, or a run-time failure.
+// The account's port text as a number; a text that is none fails as the
+// client's refusal of a port (PopError::BadPort).
 qint32 PortNumber(const QString& text);
 
 } // namespace velmora

@@ -1,6 +1,7 @@
 #include "context/AppContext.h"
 
 #include "context/TimeFormat.h"
+#include "options/FileReports.h"
 #include "platform/Clock.h"
 
 #include <stdexcept>
@@ -10,6 +11,11 @@ namespace velmora {
 AppContext::AppContext(const Services& services) : svc(services) {
     if (*svc.missing())
         throw std::invalid_argument(std::string("no platform service: ") + svc.missing());
+    ReportSettingsProblems(*this);
+}
+
+AppContext::~AppContext() {
+    StopReportingSettingsProblems(*this);
 }
 
 QDateTime AppContext::now() const {

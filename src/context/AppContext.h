@@ -21,6 +21,9 @@ class MainView;
 struct AppContext {
     // Refuses a set of services with a gap, so no caller ever tests for one.
     explicit AppContext(const Services& services);
+    ~AppContext();
+    AppContext(const AppContext&) = delete;
+    AppContext& operator=(const AppContext&) = delete;
 
     Services svc;
     // The controls of frmMain; a StateView where no window is shown.

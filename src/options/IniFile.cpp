@@ -47,7 +47,53 @@ void IniFile::KeySave(const QString& value, const QString& sectionName, const QS
         section = sectionName;
     if (key != NA)
         keyName = key;
-    profiles.WritePrivateProfileString(section, keyName, keyValue, configName);
+    if (pending) {
+        pending->set(section, keyName, keyValue);
+        return;
+    }
+    writeFailure.clear();
+    profiles.WritePrivateProfileString(section, keyName, keyValue, configName, &writeFailure);
+}
+
+void IniFile::StartNew() {
+    pending = std::make_unique<NewFile>();
+}
+
+bool IniFile::CommitNew() {
+    if (!pending)
+        return true;
+    const QString text = pending->text();
+    pending.reset();
+    writeFailure.clear();
+    return profiles.WriteProfileFile(configName, text, &writeFailure);
+}
+
+void IniFile::NewFile::set(const QString& sectionName, const QString& key, const QString& value) {
+    const QString folded = sectionName.toCaseFolded();
+    int index = bySection.value(folded, -1);
+    if (index < 0) {
+        index = int(sections.size());
+        bySection.insert(folded, index);
+        sections.append({sectionName, {}, {}});
+    }
+    Section& s = sections[index];
+    const QString foldedKey = key.toCaseFolded();
+    if (const auto at = s.byKey.constFind(foldedKey); at != s.byKey.constEnd()) {
+        s.entries[*at].second = value;
+        return;
+    }
+    s.byKey.insert(foldedKey, int(s.entries.size()));
+    s.entries.append({key, value});
+}
+
+QString IniFile::NewFile::text() const {
+    QString out;
+    for (const Section& s : sections) {
+        out += QLatin1Char('[') + s.name + QLatin1String("]\r\n");
+        for (const auto& [key, value] : s.entries)
+            out += key + QLatin1Char('=') + value + QLatin1String("\r\n");
+    }
+    return out;
 }
 
 } // namespace velmora

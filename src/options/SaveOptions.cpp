@@ -2,6 +2,7 @@
 
 #include "checking/Schedule.h"
 #include "context/AppContext.h"
+#include "options/FileReports.h"
 #include "options/MenuColours.h"
 #include "platform/AutoStart.h"
 #include "platform/MainView.h"
@@ -27,7 +28,7 @@ void SaveOptions(AppContext& ctx, const Options& working) {
     // entry removed by hand stays away until the box is switched.
     if (working.RunStartUp != record.RunStartUp) {
         if (working.RunStartUp == 1)
-            ctx.svc.autoStart->SetRunAtStartUp();
+            ShowFileProblem(ctx, ctx.svc.autoStart->SetRunAtStartUp());
         else
             ctx.svc.autoStart->ClearRunAtStartUp();
     }

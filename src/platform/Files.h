@@ -24,6 +24,10 @@ public:
     // The per-user folder for temporary message files, created when first
     // asked for.
     virtual QString TempFolder() = 0;
+
+    // Removes what writes cut short by a crash left beside the program's
+    // files. Only while no other instance runs: its writes may be under way.
+    virtual void RemoveStaleTemporaries() = 0;
 };
 
 } // namespace velmora

@@ -86,10 +86,15 @@ public:
 
 class RecordedAutoStart : public AutoStart {
 public:
-    void SetRunAtStartUp() override { ++sets; }
+    FileProblem SetRunAtStartUp() override {
+        ++sets;
+        return failure;
+    }
     void ClearRunAtStartUp() override { ++clears; }
     int sets = 0;
     int clears = 0;
+    // What a write of the entry answers.
+    FileProblem failure;
 };
 
 class SoleInstance : public InstanceGuard {

@@ -22,9 +22,21 @@ public:
                                         const QString& file) = 0;
     // Creates file, section and key as needed and replaces the value; every
     // other line stays as it was. False when the file could not be written,
-    // which then stays as it was.
+    // which then stays as it was; `reason` says why.
     virtual bool WritePrivateProfileString(const QString& section, const QString& key,
-                                           const QString& value, const QString& file) = 0;
+                                           const QString& value, const QString& file,
+                                           QString* reason = nullptr) = 0;
+
+    // Replaces the whole file with `text` in one write, or leaves it as it
+    // was: false then, with the reason. An old file with lines made by hand,
+    // which the new text no longer holds, is first kept as "<file>.bak".
+    virtual bool WriteProfileFile(const QString& file, const QString& text, QString* reason) = 0;
+    // A file that is there but is no profile file, or has sections but not
+    // `required`, is renamed aside so that no write replaces it: true then,
+    // with the reason and where it now lies (blank if it could not be
+    // moved). False for a readable or a missing file.
+    virtual bool PutAsideIfUnreadable(const QString& file, const QString& required, QString* reason,
+                                      QString* keptAs) = 0;
 };
 
 } // namespace velmora

@@ -2,8 +2,8 @@
 
 namespace velmora {
 
-// Numbers of failures that do not come from the POP client, such as a port
-// text that is no number. They reach the unexpected-error dialog.
+// Numbers of failures that do not come from the POP client, such as a count
+// past 16 bits. They reach the unexpected-error dialog.
 namespace RuntimeError {
 
 constexpr int Overflow = 6;

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "platform/FileProblem.h"
+
 #include <QString>
+#include <functional>
 
 namespace velmora {
 
@@ -18,6 +21,11 @@ public:
                              const QString& value) = 0;
     virtual void DeleteSetting(const QString& appPath, const QString& section,
                                const QString& key) = 0;
+
+    // Told when the store's file cannot be written (it then stays as it
+    // was; told once, not again until a write succeeds), or cannot be read
+    // (it was put aside). Nobody is told while it is empty.
+    std::function<void(const FileProblem&)> onProblem;
 };
 
 } // namespace velmora

@@ -161,7 +161,7 @@ void PopClientTest::failures_data() {
         false, otherHost);
     row("wildcard name standing for an address", "Secure=1,wildcard", false, otherHost);
     row("port that is no number", "Port=pop", false,
-        "13 - Type mismatch: the port \"pop\" is not a number");
+        "30002 - Port \"pop\" is not a number from 1 to 65535");
 }
 
 void PopClientTest::failures() {

@@ -28,10 +28,12 @@ public:
     QString ProgramFolder() override { return programFolder; }
     QString InstallDataFolder() override { return "/install"; }
     QString TempFolder() override { return "/temp"; }
+    void RemoveStaleTemporaries() override { ++tidied; }
 
     QSet<QString> existing;
     QStringList removed;
     QString programFolder = "/program";
+    int tidied = 0;
 };
 
 } // namespace velmora

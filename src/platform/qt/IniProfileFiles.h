@@ -1,17 +1,14 @@
 #pragma once
 
 #include "platform/ProfileFiles.h"
+#include "platform/qt/ProfileText.h"
 
-#include <QHash>
-#include <QStringList>
-
-#include <utility>
+#include <QSet>
 
 namespace velmora {
 
-// Profile files as UTF-8 text. A write replaces the file whole: it goes to a
-// temporary file beside it, which is then renamed over it, so a crash or a
-// full disk never leaves half a file.
+// Profile files as UTF-8 text. Every write replaces the file whole through
+// WriteFileAtomically: a crash or a full disk never leaves half a file.
 class IniProfileFiles : public ProfileFiles {
 public:
     int GetPrivateProfileSection(const QString& section, QString& buffer, int size,
@@ -20,10 +17,10 @@ public:
                                 const QString& defaultValue, QString& buffer, int size,
                                 const QString& file) override;
     bool WritePrivateProfileString(const QString& section, const QString& key, const QString& value,
-                                   const QString& file) override;
-
-    // The lines of a file, without line ends; empty when it cannot be read.
-    static QStringList ReadLines(const QString& file);
+                                   const QString& file, QString* reason = nullptr) override;
+    bool WriteProfileFile(const QString& file, const QString& text, QString* reason) override;
+    bool PutAsideIfUnreadable(const QString& file, const QString& required, QString* reason,
+                              QString* keptAs) override;
 
 private:
     // What tells a file's versions apart, read by one stat.
@@ -38,16 +35,15 @@ private:
 
     // The last file read or written, kept while it is unchanged on disk:
     // a Rules file is read a key at a time.
-    const QStringList& lines(const QString& file);
-    void remember(const QString& file, const QStringList& lines, const Stamp& stamp);
-    // The kept file's sections, [first, end) of their bodies, where the
-    // first of a name is found.
-    bool findSection(const QString& section, int* first, int* end) const;
+    const ProfileText& text(const QString& file);
+    void remember(const QString& file, QByteArray bytes);
+    bool replace(const QString& file, const QByteArray& bytes, QString* reason, bool keep);
 
     QString cachedFile;
     Stamp cachedStamp;
-    QStringList cachedLines;
-    QHash<QString, std::pair<int, int>> cachedSections; // by case-folded name
+    ProfileText cachedText;
+    // Unreadable files that could not be put aside: never written over.
+    QSet<QString> untouchable;
 };
 
 } // namespace velmora

@@ -1,11 +1,14 @@
 #include "platform/qt/LocalFiles.h"
 
+#include "platform/qt/AtomicWrite.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
 
 #include <cstdio>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace velmora {
@@ -31,7 +34,7 @@ bool LocalFiles::MoveFileOver(const QString& from, const QString& to) {
 QString LocalFiles::ProgramFolder() {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
                            QStringLiteral("/Kestrum/Velmora");
-    QDir().mkpath(folder);
+    MakePrivateFolder(folder);
     return folder;
 }
 
@@ -41,7 +44,7 @@ QString LocalFiles::TempFolder() {
     // Our own folder, closed to others; if the name is taken by someone
     // else, a private folder of this run stands in.
     const QString mine = QDir::tempPath() + QStringLiteral("/velmora-%1").arg(getuid());
-    QDir().mkdir(mine);
+    ::mkdir(QFile::encodeName(mine).constData(), 0700);
     const QFileInfo info(mine);
     if (info.isDir() && !info.isSymLink() && info.ownerId() == getuid()) {
         QFile::setPermissions(mine, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
@@ -51,6 +54,18 @@ QString LocalFiles::TempFolder() {
         temp = fallbackTemp->path();
     }
     return temp;
+}
+
+void LocalFiles::RemoveStaleTemporaries() {
+    const QString folder = ProgramFolder();
+    QStringList names = QDir(folder).entryList(QDir::Files);
+    names << QStringLiteral("Rules.ini") << QStringLiteral("frmMain.ini");
+    names.removeDuplicates();
+    velmora::RemoveStaleTemporaries(folder, names);
+    for (const QString& file : tidied) {
+        const QFileInfo info(file);
+        velmora::RemoveStaleTemporaries(info.absolutePath(), {info.fileName()});
+    }
 }
 
 } // namespace velmora

@@ -2,6 +2,7 @@
 
 #include "platform/Files.h"
 
+#include <QStringList>
 #include <QTemporaryDir>
 #include <memory>
 
@@ -12,6 +13,7 @@ namespace velmora {
 // - install data: share/velmora beside the executable's bin folder, so a
 //   build tree runs as an installed copy does
 // - temporary files: one folder per user under the system's temporary folder
+// Folders made here are the user's alone (0700).
 class LocalFiles : public Files {
 public:
     explicit LocalFiles(QString installDataFolder);
@@ -22,6 +24,13 @@ public:
     QString ProgramFolder() override;
     QString InstallDataFolder() override { return installData; }
     QString TempFolder() override;
+    // Leftovers of every file in the program folder and of the files named
+    // with TidyBeside.
+    void RemoveStaleTemporaries() override;
+
+    // A file of ours outside the program folder: the settings, the logon
+    // entry.
+    void TidyBeside(const QString& file) { tidied << file; }
 
     // share/velmora relative to the folder of the running executable.
     static QString DataFolderBeside(const QString& executableFolder);
@@ -29,6 +38,7 @@ public:
 private:
     QString installData;
     QString temp;
+    QStringList tidied;
     std::unique_ptr<QTemporaryDir> fallbackTemp;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "options/Setting.h"
 #include "platform/Services.h"
 #include "platform/qt/GuardedTimer.h"
 #include "platform/qt/IniProfileFiles.h"
@@ -8,6 +9,7 @@
 #include "platform/qt/QtPopClient.h"
 #include "platform/qt/QtSettingsStore.h"
 #include "platform/qt/SystemClock.h"
+#include "platform/qt/XdgAutoStart.h"
 
 namespace velmora {
 
@@ -15,7 +17,10 @@ namespace velmora {
 // window and the rest to the services.
 struct QtPlatform {
     explicit QtPlatform(const QString& executableFolder)
-        : files(LocalFiles::DataFolderBeside(executableFolder)) {}
+        : files(LocalFiles::DataFolderBeside(executableFolder)) {
+        files.TidyBeside(QtSettingsStore::FileName(setting::AppPath));
+        files.TidyBeside(XdgAutoStart::EntryPath());
+    }
 
     Services services() {
         Services s;

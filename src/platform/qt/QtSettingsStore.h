@@ -1,17 +1,19 @@
 #pragma once
 
 #include "platform/SettingsStore.h"
+#include "platform/qt/SettingsText.h"
 
-#include <QSettings>
-#include <memory>
 #include <unordered_map>
 
 namespace velmora {
 
-// The settings tree as a native QSettings file: on Linux an INI file at
+// The settings tree as an INI file in the form QSettings uses: on Linux
 // $XDG_CONFIG_HOME/<organisation>/<application>.conf for the application
-// path "<organisation>\<application>". Sections map to groups. The file holds
-// passwords in clear, so it is kept readable by its owner alone.
+// path "<organisation>\<application>". Sections map to groups. Every change
+// is written through at once with WriteFileAtomically, so the file, which
+// holds passwords in clear, is the owner's alone and is replaced whole or
+// not at all; its comments and other lines stay. A file that cannot be read
+// is put aside, never written over.
 class QtSettingsStore : public SettingsStore {
 public:
     QtSettingsStore() = default;
@@ -29,11 +31,24 @@ public:
     static QString FileName(const QString& appPath);
 
 private:
-    QSettings& open(const QString& appPath);
-    void commit(QSettings& settings);
+    struct File {
+        QString path;
+        SettingsText text;
+        // What tells the file's versions apart: a change by another
+        // program is read before the next use.
+        qint64 size = -1, modified = 0;
+        quint64 inode = 0;
+        bool seen = false;
+        bool untouchable = false; // unreadable, and could not be put aside
+        bool failing = false;     // the last write failed, and was told
+    };
+    File& open(const QString& appPath);
+    void load(File& file);
+    void write(File& file, const SettingsText& next);
+    void tell(const FileProblem& problem);
 
     QString fixedFile;
-    std::unordered_map<QString, std::unique_ptr<QSettings>> files;
+    std::unordered_map<QString, File> files;
 };
 
 } // namespace velmora

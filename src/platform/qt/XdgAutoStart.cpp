@@ -1,9 +1,8 @@
 #include "platform/qt/XdgAutoStart.h"
 
-#include <QDir>
+#include "platform/qt/AtomicWrite.h"
+
 #include <QFile>
-#include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 namespace velmora {
@@ -28,12 +27,8 @@ QString XdgAutoStart::EntryPath() {
            QStringLiteral("/autostart/velmora.desktop");
 }
 
-void XdgAutoStart::SetRunAtStartUp() {
+FileProblem XdgAutoStart::SetRunAtStartUp() {
     const QString path = EntryPath();
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return;
     const QString entry = QStringLiteral("[Desktop Entry]\n"
                                          "Type=Application\n"
                                          "Name=Velmora\n"
@@ -42,8 +37,9 @@ void XdgAutoStart::SetRunAtStartUp() {
                                          "Terminal=false\n"
                                          "X-GNOME-Autostart-enabled=true\n")
                               .arg(QuoteExec(executable));
-    file.write(entry.toUtf8());
-    file.commit();
+    if (const QString why = WriteFileAtomically(path, entry.toUtf8()); !why.isEmpty())
+        return FileProblem::notWritten(path, why);
+    return {};
 }
 
 void XdgAutoStart::ClearRunAtStartUp() {

@@ -12,7 +12,7 @@ class XdgAutoStart : public AutoStart {
 public:
     explicit XdgAutoStart(QString executable) : executable(std::move(executable)) {}
 
-    void SetRunAtStartUp() override;
+    FileProblem SetRunAtStartUp() override;
     void ClearRunAtStartUp() override;
 
     static QString EntryPath();

@@ -1,6 +1,7 @@
 #include "checking/PopDialogs.h"
 #include "checking/PopSession.h"
 #include "platform/PopErrors.h"
+#include "platform/qt/QtPopClient.h"
 #include "support/TestRig.h"
 
 #include <QtTest>
@@ -16,6 +17,8 @@ private Q_SLOTS:
     void unexpectedErrorWordForWord();
     void portText_data();
     void portText();
+    void everyBadPortGetsThePortBox_data();
+    void everyBadPortGetsThePortBox();
 
 private:
     // The one box a connection error shows for account "Home".
@@ -102,9 +105,9 @@ void PopDialogsTest::portText_data() {
     QTest::newRow("plain") << "110" << 110 << 0;
     QTest::newRow("blanks around") << " 995 " << 995 << 0;
     QTest::newRow("beyond 16 bits is kept for the client to refuse") << "70000" << 70000 << 0;
-    QTest::newRow("not a number") << "pop" << 0 << 13;
-    QTest::newRow("blank") << "" << 0 << 13;
-    QTest::newRow("beyond 32 bits") << "99999999999" << 0 << 6;
+    QTest::newRow("not a number") << "pop" << 0 << PopError::BadPort;
+    QTest::newRow("blank") << "" << 0 << PopError::BadPort;
+    QTest::newRow("beyond 32 bits") << "99999999999" << 0 << PopError::BadPort;
 }
 
 void PopDialogsTest::portText() {
@@ -116,6 +119,54 @@ void PopDialogsTest::portText() {
         QCOMPARE(failure, 0);
     } catch (const Failure& f) {
         QCOMPARE(f.number, failure);
+    }
+}
+
+// "x" once gave "13 - Type mismatch ... please report" where 0 and 70000
+// name the port.
+void PopDialogsTest::everyBadPortGetsThePortBox_data() {
+    QTest::addColumn<QString>("port");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("zero") << "0"
+                          << "30002 - Port 0 is outside 1 to 65535";
+    QTest::newRow("past 65535") << "70000"
+                                << "30002 - Port 70000 is outside 1 to 65535";
+    QTest::newRow("not a number") << "x"
+                                  << "30002 - Port \"x\" is not a number from 1 to 65535";
+    QTest::newRow("blank") << ""
+                           << "30002 - Port \"\" is not a number from 1 to 65535";
+    QTest::newRow("past 32 bits") << "99999999999"
+                                  << "30002 - Port \"99999999999\" is not a number from 1 to 65535";
+}
+
+void PopDialogsTest::everyBadPortGetsThePortBox() {
+    QFETCH(QString, port);
+    QFETCH(QString, line);
+    // The real client: it refuses a port before any connection is made.
+    QtPopClientFactory client;
+    for (const bool test : {true, false}) {
+        TestRig rig;
+        rig.addAccount(1, "Home");
+        rig.settings.set("Settings\\AcntPort1", port);
+        rig.ctx->svc.pop = &client;
+        QVERIFY(rig.start());
+        if (test)
+            TestConnection(*rig.ctx, 1);
+        else
+            RetrieveAccount(*rig.ctx, 1);
+        QCOMPARE(rig.boxes.boxes.size(), 1);
+        const RecordedBoxes::Box box = rig.boxes.boxes[0];
+        QCOMPARE(box.title, test ? QString("Velmora - Test Connection Failure")
+                                 : QString("Velmora - Error Establishing Connection"));
+        QVERIFY2(box.text.contains("Error Message:\r\n" + line + "\r\n\r\nThere could be"),
+                 qPrintable(box.text));
+        // Silenced with the other connection errors.
+        if (!test) {
+            rig.boxes.boxes.clear();
+            rig.ctx->options.SuppressConnectErrors = 1;
+            RetrieveAccount(*rig.ctx, 1);
+            QCOMPARE(rig.boxes.boxes.size(), 0);
+        }
     }
 }
 

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+#include <malloc.h>
+
 using namespace velmora;
 
 class IniFileTest : public QObject {
@@ -17,6 +19,9 @@ private Q_SLOTS:
     void writeKeepsForeignLinesInOrder();
     void unwritableFolderFailsInSilence();
     void readsSeeWhatOthersWrite();
+    void largeFileCostsAboutItsSize();
+    void leadingByteOrderMarkStays_data();
+    void leadingByteOrderMarkStays();
 
 private:
     std::unique_ptr<ScratchFile> scratch;
@@ -97,6 +102,51 @@ void IniFileTest::readsSeeWhatOthersWrite() {
     QCOMPARE(ini.KeyGet("b", "K", ""), QString("3"));
     QVERIFY(QFile::remove(scratch->path()));
     QCOMPARE(ini.KeyGet("A", "k", "gone"), QString("gone"));
+}
+
+// A 50 MB Rules file once took 743 MB to read: a string for every line.
+void IniFileTest::largeFileCostsAboutItsSize() {
+#if defined(__SANITIZE_ADDRESS__)
+    QSKIP("the sanitizer's allocator does not count as malloc does");
+#endif
+    QByteArray text = "[Rules]\r\nRuleCount=1\r\n";
+    for (int n = 0; text.size() < 20'000'000; ++n)
+        text += "[Rule" + QByteArray::number(n) + "]\r\nName=x\r\n" +
+                "Description1=From Contains someone@example.com \r\n";
+    text += "[Last]\r\nKey=found\r\n";
+    QVERIFY(scratch->write(text));
+    const auto allocated = [] {
+        const struct mallinfo2 info = mallinfo2();
+        return qint64(info.uordblks + info.hblkhd);
+    };
+    const qint64 before = allocated();
+    IniFile ini(profiles, scratch->path());
+    QCOMPARE(ini.KeyGet("last", "key", ""), QString("found"));
+    QCOMPARE(ini.KeyGet("Rule1000", "Name", ""), QString("x"));
+    const qint64 held = allocated() - before;
+    qInfo("%lld bytes held for a file of %lld", held, qint64(text.size()));
+    QVERIFY2(held < text.size() * 3 / 2, qPrintable(QString::number(held)));
+}
+
+// Found by fuzzing: a value or key read on its own lost a U+FEFF it began
+// with, as if it were the mark at the start of a file.
+void IniFileTest::leadingByteOrderMarkStays_data() {
+    QTest::addColumn<bool>("anew");
+    QTest::newRow("a key at a time") << false;
+    QTest::newRow("written anew") << true;
+}
+
+void IniFileTest::leadingByteOrderMarkStays() {
+    QFETCH(bool, anew);
+    const QString mark(1, QChar(0xFEFF));
+    IniFile ini(profiles, scratch->path());
+    if (anew)
+        ini.StartNew();
+    ini.KeySave(mark + "name", "Rule1", "Name");
+    ini.KeySave("x", "Rule1", mark + "Key");
+    QVERIFY(ini.CommitNew());
+    QCOMPARE(ini.KeyGet("Rule1", "Name", ""), mark + "name");
+    QCOMPARE(ini.KeyGet("Rule1", mark + "Key", ""), QString("x"));
 }
 
 QTEST_GUILESS_MAIN(IniFileTest)
