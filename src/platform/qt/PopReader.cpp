@@ -1,6 +1,7 @@
 #include "platform/qt/PopReader.h"
 
 #include <cstring>
+#include <limits>
 
 namespace velmora {
 
@@ -23,6 +24,7 @@ void PopReader::grew(qsizetype got) {
 void PopReader::clear() {
     buf.clear();
     pos = 0;
+    scanned = 0;
 }
 
 // Drops what was taken once it is the larger part, so appending stays cheap
@@ -36,14 +38,17 @@ void PopReader::compact() {
         char* data = buf.data();
         std::memmove(data, data + pos, size_t(rest));
         buf.truncate(rest);
+        scanned = qMax<qsizetype>(0, scanned - pos);
         pos = 0;
     }
 }
 
 PopReader::Result PopReader::takeLine(QByteArray& line) {
-    const qsizetype eol = buf.indexOf('\n', pos);
-    if (eol < 0)
+    const qsizetype eol = buf.indexOf('\n', qMax(pos, scanned));
+    if (eol < 0) {
+        scanned = buf.size();
         return buffered() > MaxStatusLine ? TooLong : NeedMore;
+    }
     qsizetype end = eol;
     if (end > pos && buf[end - 1] == '\r')
         --end;
@@ -63,9 +68,12 @@ PopReader::Result PopReader::takeBlock(QByteArray& out, qint64& consumed) {
             out.append(data + run, end - run);
     };
     while (pos < size) {
-        const void* found = std::memchr(data + pos, '\n', size_t(size - pos));
-        if (!found)
+        const qsizetype resume = qMax(pos, scanned);
+        const void* found = std::memchr(data + resume, '\n', size_t(size - resume));
+        if (!found) {
+            scanned = size;
             break;
+        }
         const qsizetype eol = static_cast<const char*>(found) - data;
         const qsizetype start = pos;
         const bool crlf = eol > start && data[eol - 1] == '\r';
@@ -101,6 +109,43 @@ PopReader::Status PopReader::parseStatus(const QByteArray& line) {
         status.text = line.mid(4).trimmed();
     }
     return status;
+}
+
+std::optional<qint64> PopReader::parseNumber(const QByteArray& word) {
+    if (word.isEmpty())
+        return std::nullopt;
+    qint64 value = 0;
+    for (const char c : word) {
+        if (c < '0' || c > '9')
+            return std::nullopt;
+        const int digit = c - '0';
+        if (value > (std::numeric_limits<qint64>::max() - digit) / 10)
+            value = std::numeric_limits<qint64>::max();
+        else
+            value = value * 10 + digit;
+    }
+    return value;
+}
+
+std::optional<qint64> PopReader::parseStatCount(const QByteArray& text) {
+    return parseNumber(text.simplified().split(' ').value(0));
+}
+
+std::optional<QList<PopReader::NumberedLine>>
+PopReader::parseNumberedLines(const QByteArray& block) {
+    QList<NumberedLine> lines;
+    for (const QByteArray& line : block.split('\n')) {
+        const QByteArray trimmed = line.trimmed();
+        if (trimmed.isEmpty())
+            continue;
+        const qsizetype blank = trimmed.indexOf(' ');
+        const std::optional<qint64> number =
+            parseNumber(blank < 0 ? QByteArray() : trimmed.left(blank));
+        if (!number)
+            return std::nullopt;
+        lines.append({*number, trimmed.mid(blank + 1).trimmed()});
+    }
+    return lines;
 }
 
 } // namespace velmora
