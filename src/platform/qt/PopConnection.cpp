@@ -198,6 +198,12 @@ void PopConnection::send(const QByteArray& commandLine) {
         socket->write(commandLine + "\r\n");
 }
 
+void PopConnection::startReply(qint64 expectedBytes) {
+    replyClock.start();
+    replyExpected = qMax<qint64>(0, expectedBytes);
+    replyReceived = 0;
+}
+
 PopConnection::Wait PopConnection::waitForData() {
     if (aborted)
         return Aborted;
@@ -207,23 +213,31 @@ PopConnection::Wait PopConnection::waitForData() {
         return Data;
     if (!socket || socket->state() == QAbstractSocket::UnconnectedState)
         return Closed;
-    const Wait wait = pause();
+    // The time-out, and the reply's size at the floor rate; bytes beyond the
+    // size given earn time at the same rate.
+    const double allowedMs =
+        timeoutMs + double(qMax(replyExpected, replyReceived)) * 1000.0 / FloorBytesPerSecond;
+    const double leftMs = allowedMs - double(replyClock.isValid() ? replyClock.elapsed() : 0);
+    if (leftMs <= 0)
+        return TooSlow;
+    const bool lastStretch = leftMs < timeoutMs;
+    const Wait wait = pause(lastStretch ? int(leftMs) + 1 : timeoutMs);
     if (wait == Aborted)
         return Aborted;
     if (pull())
         return Data;
     if (socket->state() != QAbstractSocket::ConnectedState)
         return Closed;
-    return wait;
+    return wait == TimedOut && lastStretch ? TooSlow : wait;
 }
 
-PopConnection::Wait PopConnection::pause() {
+PopConnection::Wait PopConnection::pause(int ms) {
     QEventLoop events;
     QEventLoop* outer = loop;
     const bool outerWoken = wakeRequested;
     wakeRequested = false;
     loop = &events;
-    silence->start();
+    silence->start(ms > 0 ? ms : timeoutMs);
     events.exec();
     loop = outer;
     wakeRequested = outerWoken;
@@ -251,6 +265,7 @@ bool PopConnection::pull() {
         return false;
     const qint64 got = socket->read(reader.room(available), available);
     reader.grew(qMax<qint64>(got, 0));
+    replyReceived += qMax<qint64>(got, 0);
     return got > 0;
 }
 
