@@ -71,6 +71,7 @@ void PrepareConnection(AppContext& ctx, int account) {
     client.setLogin(a.AcntLoginID);
     client.setPassword(a.AcntPassword);
     client.setBlocking(true);
+    client.setMaxMessageSize(qint64(qMax(1, ctx.options.MaxMessageSize)) * 1000 * 1000);
     ctx.check.PopConnected = false;
 }
 
