@@ -25,6 +25,7 @@ void PopReader::clear() {
     buf.clear();
     pos = 0;
     scanned = 0;
+    midLine = false;
 }
 
 // Drops what was taken once it is the larger part, so appending stays cheap
@@ -58,7 +59,9 @@ PopReader::Result PopReader::takeLine(QByteArray& line) {
 }
 
 // Lines that need no change (CR LF ended, no leading dot) are copied in
-// runs, so a large message costs a few copies rather than one a line.
+// runs, so a large message costs a few copies rather than one a line. A long
+// line goes out as it comes, but for its last byte, which may be the CR of
+// its end: the reader never holds more of it than one piece.
 PopReader::Result PopReader::takeBlock(QByteArray& out, qint64& consumed) {
     const char* data = buf.constData();
     const qsizetype size = buf.size();
@@ -72,21 +75,32 @@ PopReader::Result PopReader::takeBlock(QByteArray& out, qint64& consumed) {
         const void* found = std::memchr(data + resume, '\n', size_t(size - resume));
         if (!found) {
             scanned = size;
+            if (size - pos > LongLine) {
+                const bool stuffed = !midLine && data[pos] == '.';
+                flush(pos);
+                out.append(data + pos + qsizetype(stuffed), size - 1 - pos - qsizetype(stuffed));
+                consumed += size - 1 - pos;
+                pos = run = size - 1;
+                midLine = true;
+            }
             break;
         }
         const qsizetype eol = static_cast<const char*>(found) - data;
         const qsizetype start = pos;
         const bool crlf = eol > start && data[eol - 1] == '\r';
+        // The rest of a line that went out in part has no dot to look at.
+        const bool stuffed = !midLine && data[start] == '.';
+        midLine = false;
         consumed += eol + 1 - start;
         pos = eol + 1;
-        if (data[start] != '.' && crlf)
+        if (!stuffed && crlf)
             continue;
         flush(start);
         run = pos;
         const qsizetype end = crlf ? eol - 1 : eol;
-        if (data[start] == '.' && end - start == 1)
+        if (stuffed && end - start == 1)
             return Done;
-        const qsizetype from = data[start] == '.' ? start + 1 : start; // a stuffed dot
+        const qsizetype from = stuffed ? start + 1 : start;
         out.append(data + from, end - from);
         out.append("\r\n", 2);
     }

@@ -19,6 +19,8 @@ public:
     // Longest status line accepted; a server that sends more without a line
     // end is not speaking POP3.
     static constexpr qsizetype MaxStatusLine = 64 * 1024;
+    // A block's line longer than this goes out in parts as it arrives.
+    static constexpr qsizetype LongLine = 64 * 1024;
 
     void append(const QByteArray& data);
     // Room for up to `most` bytes at the end, to be filled in place and then
@@ -63,6 +65,7 @@ private:
     // No line end lies between pos and here: a long line is searched once,
     // not again from its start at every chunk.
     qsizetype scanned = 0;
+    bool midLine = false; // the start of the current block line went out
 };
 
 } // namespace velmora

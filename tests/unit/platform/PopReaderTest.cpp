@@ -81,6 +81,12 @@ void PopReaderTest::block_data() {
     row("bare line feeds become CR LF", {"a\nb\n.\n"}, "a\r\nb\r\n");
     row("a dot inside a line is content", {"x.\r\n. \r\n.\r\n"}, "x.\r\n \r\n");
     row("long line", {QByteArray(300000, 'z') + "\r\n.\r\n"}, QByteArray(300000, 'z') + "\r\n");
+    const QByteArray a(100000, 'a');
+    const QByteArray b(100000, 'b');
+    row("long stuffed line in pieces, its CR LF split", {".." + a, b + "\r", "\n.\r\n"},
+        "." + a + b + "\r\n");
+    row("long line with a dot after its first piece", {a, ".\r\n.\r\n"}, a + ".\r\n");
+    row("long line ending in a bare line feed", {a, b + "\n.\n"}, a + b + "\r\n");
 }
 
 void PopReaderTest::block() {
@@ -97,6 +103,8 @@ void PopReaderTest::block() {
         r.append(chunk);
         fed += chunk.size();
         result = r.takeBlock(out, consumed);
+        // However long a line, the reader holds no more than a piece of it.
+        QVERIFY(r.buffered() <= PopReader::LongLine);
     }
     QCOMPARE(result, PopReader::Done);
     QCOMPARE(out, content);
