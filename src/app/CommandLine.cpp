@@ -147,8 +147,10 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
         extras.autoCheckMessage = ctx.check.AutoCheckHeadline;
         extras.sounds = sounds.played;
         extras.ruleReport = ctx.check.RuleReportWanted;
-        out << (json ? PassJson(ctx, pass, boxes.boxes, extras) + '\n'
-                     : PassSummary(ctx, pass, boxes.boxes, extras));
+        if (json)
+            WritePassJson(out, ctx, pass, boxes.boxes, extras);
+        else
+            out << PassSummary(ctx, pass, boxes.boxes, extras);
         out.flush();
     }
     return 0;
