@@ -213,31 +213,31 @@ PopConnection::Wait PopConnection::waitForData() {
         return Data;
     if (!socket || socket->state() == QAbstractSocket::UnconnectedState)
         return Closed;
-    // The time-out, and the reply's size at the floor rate; bytes beyond the
-    // size given earn time at the same rate.
+    // More is needed: a reply past its deadline fails here, however often
+    // the server sends a little. The deadline is the time-out plus the
+    // reply's size at the floor rate; bytes beyond the size given earn time
+    // at the same rate. Silence is still the time-out's.
     const double allowedMs =
         timeoutMs + double(qMax(replyExpected, replyReceived)) * 1000.0 / FloorBytesPerSecond;
-    const double leftMs = allowedMs - double(replyClock.isValid() ? replyClock.elapsed() : 0);
-    if (leftMs <= 0)
+    if (replyClock.isValid() && double(replyClock.elapsed()) > allowedMs)
         return TooSlow;
-    const bool lastStretch = leftMs < timeoutMs;
-    const Wait wait = pause(lastStretch ? int(leftMs) + 1 : timeoutMs);
+    const Wait wait = pause();
     if (wait == Aborted)
         return Aborted;
     if (pull())
         return Data;
     if (socket->state() != QAbstractSocket::ConnectedState)
         return Closed;
-    return wait == TimedOut && lastStretch ? TooSlow : wait;
+    return wait;
 }
 
-PopConnection::Wait PopConnection::pause(int ms) {
+PopConnection::Wait PopConnection::pause() {
     QEventLoop events;
     QEventLoop* outer = loop;
     const bool outerWoken = wakeRequested;
     wakeRequested = false;
     loop = &events;
-    silence->start(ms > 0 ? ms : timeoutMs);
+    silence->start();
     events.exec();
     loop = outer;
     wakeRequested = outerWoken;

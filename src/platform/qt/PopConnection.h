@@ -81,9 +81,8 @@ private:
     // Runs the event loop until `done` holds, the socket closes, silence
     // lasts a time-out or the connection is aborted.
     Wait waitUntil(const std::function<bool()>& done);
-    // Runs the event loop until something wakes it or `ms` (by default the
-    // time-out) pass.
-    Wait pause(int ms = 0);
+    // Runs the event loop until something wakes it or the time-out passes.
+    Wait pause();
     // Moves what arrived into the reader; true when anything did.
     bool pull();
     // Ends the wait in progress, if any.
