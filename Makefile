@@ -47,7 +47,7 @@ bench: build
 # run for FUZZ_SECONDS on its seeds and what earlier runs found. Crashes are
 # kept in build-fuzz/crashes/<target>/.
 FUZZ_SECONDS ?= 60
-FUZZ_TARGETS = fuzz_profile fuzz_settings fuzz_rules
+FUZZ_TARGETS = fuzz_profile fuzz_settings fuzz_rules fuzz_pop_reply fuzz_mime_capture
 fuzz:
 	scripts/install-deps --fuzz
 	CXX=clang++ cmake -S . -B build-fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVELMORA_FUZZ=ON

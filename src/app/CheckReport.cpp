@@ -4,19 +4,26 @@
 #include "context/AppContext.h"
 #include "platform/MainView.h"
 
+#include <QTextStream>
+
 namespace velmora {
 
 namespace {
 
 // A JSON text built in order: the keys stand as documented, which a
-// QJsonObject would sort.
+// QJsonObject would sort. With a sink, what is built goes out in pieces, so
+// a large message body is never held a second time as JSON.
 class Json {
 public:
-    explicit Json(QString& out) : out(out) {}
+    explicit Json(QString& out, QTextStream* sink = nullptr) : out(out), sink(sink) {}
 
     void string(const QString& text) {
         out += QLatin1Char('"');
         for (const QChar c : text) {
+            if (sink && out.size() >= 64 * 1024) {
+                *sink << out;
+                out.truncate(0);
+            }
             switch (c.unicode()) {
             case '"':
                 out += QLatin1String("\\\"");
@@ -81,6 +88,7 @@ private:
     }
 
     QString& out;
+    QTextStream* sink;
     bool fresh = true;
 };
 
@@ -220,12 +228,8 @@ void TrayJson(Json& j, const QList<PassExtras::TrayTick>& ticks) {
     j.close(']');
 }
 
-} // namespace
-
-QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
-                 const PassExtras& extras) {
-    QString out;
-    Json j(out);
+void Pass(Json& j, const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
+          const PassExtras& extras) {
     j.open('{');
     j.key("pass");
     j.value(qint64(pass));
@@ -267,7 +271,24 @@ QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box
         TrayJson(j, extras.tray);
     }
     j.close('}');
+}
+
+} // namespace
+
+QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
+                 const PassExtras& extras) {
+    QString out;
+    Json j(out);
+    Pass(j, ctx, pass, dialogs, extras);
     return out;
+}
+
+void WritePassJson(QTextStream& stream, const AppContext& ctx, int pass,
+                   const QList<RecordedBoxes::Box>& dialogs, const PassExtras& extras) {
+    QString out;
+    Json j(out, &stream);
+    Pass(j, ctx, pass, dialogs, extras);
+    stream << out << '\n';
 }
 
 QString DialogsJson(const QList<RecordedBoxes::Box>& dialogs) {

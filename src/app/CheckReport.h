@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+class QTextStream;
+
 namespace velmora {
 
 struct AppContext;
@@ -25,6 +27,9 @@ struct PassExtras {
 
 QString PassJson(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
                  const PassExtras& extras);
+// The same line and its line end, written to `stream` as it is built.
+void WritePassJson(QTextStream& stream, const AppContext& ctx, int pass,
+                   const QList<RecordedBoxes::Box>& dialogs, const PassExtras& extras);
 QString PassSummary(const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
                     const PassExtras& extras);
 // {"dialogs":[...]} for the connection test.

@@ -172,8 +172,10 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
                 extras.tray.append({ctx.view->tray().picture(), ctx.view->tray().tip()});
             }
         }
-        out << (json ? PassJson(ctx, pass, boxes.boxes, extras) + '\n'
-                     : PassSummary(ctx, pass, boxes.boxes, extras));
+        if (json)
+            WritePassJson(out, ctx, pass, boxes.boxes, extras);
+        else
+            out << PassSummary(ctx, pass, boxes.boxes, extras);
         out.flush();
     }
     return 0;

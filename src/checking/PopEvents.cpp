@@ -4,7 +4,6 @@
 #include "context/AppContext.h"
 #include "platform/Controls.h"
 #include "platform/MainView.h"
-#include "platform/RuntimeErrors.h"
 
 #include <cmath>
 #include <limits>
@@ -35,10 +34,12 @@ void PopEventHandler::Progress(qint64 position, qint64 total) {
                                            .arg(ctx.check.PopClient->Messages().Count()));
 }
 
+// The counter names the message being retrieved, so it stays within the
+// mailbox's count, which the client keeps within 16 bits.
 void PopEventHandler::Received(PopMessage&) {
-    if (ctx.check.ReceivedCount == std::numeric_limits<qint16>::max())
-        throw Failure{RuntimeError::Overflow, QStringLiteral("Overflow")};
-    ++ctx.check.ReceivedCount;
+    PopClient* client = ctx.check.PopClient.get();
+    if (client && ctx.check.ReceivedCount < client->Messages().Count())
+        ++ctx.check.ReceivedCount;
 }
 
 void tmrRetrieveMessage_Timer(AppContext& ctx) {
@@ -59,6 +60,12 @@ void tmrRetrieveMessage_Timer(AppContext& ctx) {
         v.status().setPanelText(
             4, QStringLiteral("Stopping Retrieve... %1").arg(ctx.check.ReceivedCount));
         ctx.check.tmrRetrieveMessage->setEnabled(false);
+        // A server that sends nothing raises no Progress event: the line is
+        // dropped here, so a stall, a lookup or a handshake ends at once.
+        if (ctx.check.PopClient) {
+            CloseConnection(ctx);
+            ReplacePopClient(ctx);
+        }
     }
 }
 

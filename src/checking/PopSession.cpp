@@ -71,6 +71,7 @@ void PrepareConnection(AppContext& ctx, int account) {
     client.setLogin(a.AcntLoginID);
     client.setPassword(a.AcntPassword);
     client.setBlocking(true);
+    client.setMaxMessageSize(qint64(qMax(1, ctx.options.MaxMessageSize)) * 1000 * 1000);
     ctx.check.PopConnected = false;
 }
 
@@ -144,7 +145,9 @@ void RetrieveAccount(AppContext& ctx, int account) {
     } catch (const Failure& failure) {
         CloseConnection(ctx);
         const int number = ClientErrorNumber(ctx, failure);
-        if (!(ctx.options.SuppressConnectErrors == 1 && SilencedConnectError(number)))
+        // A stop cuts the connection short: the failure is the user's doing.
+        if (!ctx.check.StopRequested &&
+            !(ctx.options.SuppressConnectErrors == 1 && SilencedConnectError(number)))
             ShowFailure(ctx, account, failure, QStringLiteral("Error Establishing Connection"));
     }
     CloseConnection(ctx);

@@ -99,7 +99,7 @@ QString TextOfPart(GMimePart* part) {
     const GMimeContentEncoding encoding = g_mime_data_wrapper_get_encoding(content);
     if (source && GMIME_IS_STREAM_MEM(source) && source->bound_start >= 0) {
         const GByteArray* all = g_mime_stream_mem_get_byte_array(GMIME_STREAM_MEM(source));
-        const gint64 end = source->bound_end < 0 ? gint64(all->len) : source->bound_end;
+        const gint64 end = !all ? -1 : source->bound_end < 0 ? gint64(all->len) : source->bound_end;
         if (all && source->bound_start <= end && end <= gint64(all->len)) {
             const char* in = reinterpret_cast<const char*>(all->data) + source->bound_start;
             const size_t length = size_t(end - source->bound_start);

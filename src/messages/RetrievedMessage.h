@@ -18,7 +18,9 @@ public:
     // once; only what was parsed from it stays.
     void setData(const QByteArray& data, const QDateTime& retrievedAt);
 
-    qint64 Size() const override { return retrieved ? size : listedSize; }
+    qint64 Size() const override { return retrieved ? size : qMax<qint64>(listedSize, 0); }
+    // Whether LIST gave the message a size.
+    bool SizeListed() const { return listedSize >= 0; }
     QString From() const override { return fields().from; }
     QString To() const override { return fields().to; }
     QString Subject() const override { return fields().subject; }
@@ -38,7 +40,7 @@ private:
     const ParsedMessage& fields() const;
 
     QString uid;
-    qint64 listedSize = 0;
+    qint64 listedSize = -1; // none listed
     qint64 size = 0;
     bool retrieved = false;
     bool deleted = false;

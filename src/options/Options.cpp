@@ -54,6 +54,7 @@ const QVector<Options::Key>& keyTable() {
         {"SuppressConnectErrors", &O::SuppressConnectErrors},
         {"SuppressRetrieveErrors", &O::SuppressRetrieveErrors},
         {"ConnectTimeOut", &O::ConnectTimeOut},
+        {"MaxMessageSize", &O::MaxMessageSize},
         {"SortColumnLastUsed", nullptr, &O::SortColumnLastUsed},
         {"RulesIniFileName", nullptr, &O::RulesIniFileName},
     };
@@ -108,7 +109,8 @@ const QStringList& Options::loadOrder() {
                                       "SuppressConnectErrors",
                                       "SuppressRetrieveErrors",
                                       "ConnectTimeOut",
-                                      "RulesIniFileName"};
+                                      "RulesIniFileName",
+                                      "MaxMessageSize"};
     return order;
 }
 

@@ -49,6 +49,8 @@ struct Options {
     int SuppressConnectErrors = 0;
     int SuppressRetrieveErrors = 0;
     int ConnectTimeOut = 10;
+    // The largest message a check takes in, in MB of a million bytes.
+    int MaxMessageSize = 100;
 
     // Keys of the same section that the Options page does not own.
     QString SortColumnLastUsed = QStringLiteral("4");

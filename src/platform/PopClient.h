@@ -78,6 +78,9 @@ public:
     virtual void setTimeout(int seconds) = 0;
     virtual void setSecurity(int mode) = 0;
     virtual void setNotification(PopNotify* receiver) = 0;
+    // The largest message the client takes in; a larger one fails its
+    // retrieval rather than fill the memory.
+    virtual void setMaxMessageSize(qint64 /*bytes*/) {}
 
     // Connects and logs in; raises a Failure carrying LastError otherwise.
     virtual void Connect() = 0;

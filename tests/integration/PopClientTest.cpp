@@ -3,12 +3,21 @@
 #include "platform/PopErrors.h"
 #include "platform/qt/PopConnection.h"
 #include "platform/qt/QtPopClient.h"
+#include "support/ManualTimer.h"
 #include "support/ScriptedPopServer.h"
 #include "support/TestCertificate.h"
 #include "support/TestRig.h"
 
 #include <QSslError>
 #include <QtTest>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define VELMORA_ASAN 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define VELMORA_ASAN 1
+#endif
+#endif
 
 using namespace velmora;
 using Stage = ScriptedPopServer::Stage;
@@ -23,6 +32,8 @@ private Q_SLOTS:
     void initTestCase();
     void failures_data();
     void failures();
+    void hostileServers_data();
+    void hostileServers();
     void fetchesWholeMessages_data();
     void fetchesWholeMessages();
     void withoutUidlMessagesKeepTheirIdentifier();
@@ -55,10 +66,52 @@ private:
     // Runs a call; the client's number when it failed, else 0.
     template <class Call> static int failureOf(QtPopClient& client, Call call);
 
+    // Sets the account's fields ("Field=value,..."; "Port=closed" for a
+    // port nobody listens on) and "Key=value" options; certificate markers
+    // among the fields are passed over.
+    static void configure(TestRig& rig, quint16 port, const QString& account,
+                          const QString& options);
+
     std::unique_ptr<QTemporaryDir> dir;
     std::unique_ptr<TestCertificate> certificate;
     QtPopClientFactory pop;
 };
+
+namespace {
+
+// The peak resident memory of this process from its making on, in MB above
+// what it held then. Unknown (-1) where the kernel keeps the peak of the
+// whole run, and under AddressSanitizer, whose shadow and quarantine would
+// be counted.
+class PeakMemory {
+public:
+    PeakMemory() {
+#ifndef VELMORA_ASAN
+        QFile reset("/proc/self/clear_refs");
+        known = reset.open(QIODevice::WriteOnly) && reset.write("5") == 1;
+#endif
+        base = field("VmRSS:");
+    }
+    qint64 megabytes() const {
+        return known ? (field("VmHWM:") - base) / 1024 : -1;
+    }
+
+private:
+    static qint64 field(const QByteArray& name) {
+        QFile status("/proc/self/status");
+        if (!status.open(QIODevice::ReadOnly))
+            return 0;
+        for (const QByteArray& line : status.readAll().split('\n')) {
+            if (line.startsWith(name))
+                return line.mid(name.size()).trimmed().split(' ').value(0).toLongLong();
+        }
+        return 0;
+    }
+    bool known = false;
+    qint64 base = 0;
+};
+
+} // namespace
 
 QList<ScriptedPopServer::Message> PopClientTest::mailbox(int count, int bodyBytes) {
     QList<ScriptedPopServer::Message> list;
@@ -187,15 +240,7 @@ void PopClientTest::failures() {
         script(server);
 
     TestRig rig;
-    rig.addAccount(1, "Home");
-    const QString s = "Settings\\";
-    rig.settings.set(s + "Options\\ConnectTimeOut", "1");
-    const QString good = "Server=127.0.0.1,LoginID=user,Password=secret,Port=%1,";
-    for (const QString& field : (good.arg(server.port()) + account).split(',', Qt::SkipEmptyParts))
-        if (field.contains('='))
-            rig.settings.set(s + "Acnt" + field.section('=', 0, 0) + "1", field.section('=', 1));
-    if (rig.settings.get(s + "AcntPort1") == "closed")
-        rig.settings.set(s + "AcntPort1", QString::number(ScriptedPopServer::closedPort()));
+    configure(rig, server.port(), account, "ConnectTimeOut=1");
     rig.ctx->svc.pop = &pop;
     QVERIFY(rig.start());
     QElapsedTimer elapsed;
@@ -211,6 +256,166 @@ void PopClientTest::failures() {
     QCOMPARE(box.title, check ? QString("Velmora - Error Processing Messages")
                               : QString("Velmora - Test Connection Failure"));
     QVERIFY2(box.text.contains("Error Message:\r\n" + line + "\r\n\r\n"), qPrintable(box.text));
+}
+
+void PopClientTest::configure(TestRig& rig, quint16 port, const QString& account,
+                              const QString& options) {
+    rig.addAccount(1, "Home");
+    const QString s = "Settings\\";
+    for (const QString& option : options.split(',', Qt::SkipEmptyParts))
+        rig.settings.set(s + "Options\\" + option.section('=', 0, 0), option.section('=', 1));
+    const QString good = "Server=127.0.0.1,LoginID=user,Password=secret,Port=%1,";
+    for (const QString& field : (good.arg(port) + account).split(',', Qt::SkipEmptyParts))
+        if (field.contains('='))
+            rig.settings.set(s + "Acnt" + field.section('=', 0, 0) + "1", field.section('=', 1));
+    if (rig.settings.get(s + "AcntPort1") == "closed")
+        rig.settings.set(s + "AcntPort1", QString::number(ScriptedPopServer::closedPort()));
+}
+
+// What a server says is never trusted for memory or time: each row is one
+// check against a hostile or broken server, with the number of its dialog
+// (0 for none), the account's outcome, and bounds on the wall time and on
+// the memory the check took.
+void PopClientTest::hostileServers_data() {
+    QTest::addColumn<Script>("script");
+    QTest::addColumn<QString>("account");
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<int>("stopAfterMs"); // the Stop button, that long into the check
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("status");
+    QTest::addColumn<QByteArray>("neverSent"); // a command the client must not send
+    QTest::addColumn<double>("seconds");
+    QTest::addColumn<int>("megabytes");
+    const QString failed = "Error Accessing Account";
+    const QString stopped = "User Stopped Retrieval";
+    const QString quick = "ConnectTimeOut=1";
+    auto row = [](const char* name, const QString& options, int number, const QString& status,
+                  Script script, const char* neverSent = "", double seconds = 3, int megabytes = 60,
+                  const QString& account = "", int stopAfterMs = 0) {
+        QTest::newRow(name) << script << account << options << stopAfterMs << number << status
+                            << QByteArray(neverSent) << seconds << megabytes;
+    };
+    const auto listing = [](const QByteArray& second) {
+        return [second](Server s) {
+            s.failAt(Stage::List, "+OK\r\n1 300\r\n2 " + second + "\r\n3 300\r\n.");
+        };
+    };
+    const int retr = PopError::RetrieveFailed;
+    row(
+        "listed beyond the limit: never asked for", quick + ",MaxMessageSize=1", retr, failed,
+        [](Server s) {
+            auto box = mailbox(3);
+            box[1].data = mailbox(1, 2000000)[0].data;
+            s.setMessages(box);
+        },
+        "RETR 2");
+    row("listed at a terabyte", quick, retr, failed, listing("1000000000000"), "RETR 2");
+    row("listed at 2^62 bytes", quick, retr, failed, listing("4611686018427387904"), "RETR 2");
+    row("listed past 64 bits", quick, retr, failed, listing("99999999999999999999999"), "RETR 2");
+    row(
+        "all listed near the largest 64-bit number", quick, retr, failed,
+        [](Server s) {
+            const QByteArray most = "9223372036854775807";
+            s.failAt(Stage::List, "+OK\r\n1 " + most + "\r\n2 " + most + "\r\n3 " + most + "\r\n.");
+        },
+        "RETR 1");
+    row("negative size", quick, PopError::ListingFailed, failed, listing("-300"), "RETR 1");
+    row("endless message listed small", quick, retr, failed,
+        [](Server s) { s.floodAt(Stage::Retr, 2, "filler line\r\n"); });
+    row("endless line in a message", quick, retr, failed,
+        [](Server s) { s.floodAt(Stage::Retr, 2, "x"); });
+    row("endless message listed within the limit", quick + ",MaxMessageSize=5", retr, failed,
+        [listing](Server s) {
+            listing("4000000")(s);
+            s.floodAt(Stage::Retr, 2, "filler line\r\n");
+        });
+    row("greeting a byte at a time", quick, PopError::TimedOut, failed,
+        [](Server s) { s.trickleAt(Stage::Greeting, 0, 1, 200); });
+    row("listing a byte at a time", quick, PopError::TimedOut, failed,
+        [](Server s) { s.trickleAt(Stage::List, 0, 1, 200); });
+    row("message a byte at a time", quick, PopError::TimedOut, failed,
+        [](Server s) { s.trickleAt(Stage::Retr, 2, 1, 200); });
+    row("10 MB greeting line", quick, PopError::ReplyTooLong, failed,
+        [](Server s) { s.setGreeting(QByteArray(10 * 1000 * 1000, 'x')); });
+    row("10 MB listing line", quick, PopError::ListingFailed, failed,
+        [](Server s) { s.failAt(Stage::List, "+OK\r\n1 " + QByteArray(10 * 1000 * 1000, '1')); });
+    row(
+        "10 MB line in a message", quick, 0, "3 Messages",
+        [](Server s) {
+            auto box = mailbox(3);
+            box[1].data += QByteArray(10 * 1000 * 1000, 'y') + "\r\n";
+            s.setMessages(box);
+        },
+        "", 5, 3 * 10 + 60);
+    row(
+        "32767 messages: all of a 16-bit count", "ConnectTimeOut=5", 0, "32767 Messages",
+        [](Server s) { s.setMessages(mailbox(32767, 60)); }, "", 60, 3 * 4 + 60);
+    row(
+        "32768 messages: refused before any is retrieved", quick, PopError::TooManyMessages, failed,
+        [](Server s) { s.failAt(Stage::Stat, "+OK 32768 3000000"); }, "LIST");
+    row(
+        "count past 64 bits", quick, PopError::TooManyMessages, failed,
+        [](Server s) { s.failAt(Stage::Stat, "+OK 99999999999999999999 0"); }, "LIST");
+    const QString patient = "ConnectTimeOut=30";
+    row(
+        "Stop during a stalled message", patient, 0, stopped,
+        [](Server s) { s.stallAt(Stage::Retr, 2, 100); }, "", 1.5, 60, "", 300);
+    row(
+        "Stop during a stalled greeting", patient, 0, stopped,
+        [](Server s) { s.stallAt(Stage::Greeting); }, "STAT", 1.5, 60, "", 300);
+    row(
+        "Stop during a stalled TLS handshake", patient, 0, stopped,
+        [](Server s) { s.stallAt(Stage::Greeting); }, "STAT", 1.5, 60, "Secure=1", 300);
+    row(
+        "Stop during a message a byte at a time", patient, 0, stopped,
+        [](Server s) { s.trickleAt(Stage::Retr, 2, 1, 100); }, "", 1.5, 60, "", 300);
+}
+
+void PopClientTest::hostileServers() {
+    QFETCH(Script, script);
+    QFETCH(QString, account);
+    QFETCH(QString, options);
+    QFETCH(int, stopAfterMs);
+    QFETCH(int, number);
+    QFETCH(QString, status);
+    QFETCH(QByteArray, neverSent);
+    QFETCH(double, seconds);
+    QFETCH(int, megabytes);
+    ScriptedPopServer server;
+    QVERIFY(server.listen());
+    server.setMessages(mailbox(3));
+    script(server);
+    TestRig rig;
+    configure(rig, server.port(), account, options);
+    rig.ctx->svc.pop = &pop;
+    QVERIFY(rig.start());
+    AppContext& ctx = *rig.ctx;
+    if (stopAfterMs > 0) {
+        // The button, then the animation timer's next tick.
+        QTimer::singleShot(stopAfterMs, [&ctx] {
+            ctx.check.StopRequested = true;
+            Manual(ctx.check.tmrRetrieveMessage).fire();
+        });
+    }
+
+    const PeakMemory memory;
+    QElapsedTimer elapsed;
+    elapsed.start();
+    CheckAllAccounts(ctx);
+    const double took = elapsed.elapsed() / 1000.0;
+    const qint64 used = memory.megabytes();
+    qInfo("%.2f s, %lld MB", took, used);
+
+    QCOMPARE(ctx.accounts[1].AcntStatusText, "Home - " + status);
+    QCOMPARE(rig.boxes.boxes.size(), number == 0 ? 0 : 1);
+    if (number != 0) {
+        const QString text = rig.boxes.boxes[0].text;
+        QVERIFY2(text.contains(QString("Error Message:\r\n%1 - ").arg(number)), qPrintable(text));
+    }
+    if (!neverSent.isEmpty())
+        QVERIFY(!server.commands().contains(neverSent));
+    QVERIFY2(took < seconds, qPrintable(QString::number(took)));
+    QVERIFY2(used <= megabytes, qPrintable(QString::number(used)));
 }
 
 void PopClientTest::fetchesWholeMessages_data() {

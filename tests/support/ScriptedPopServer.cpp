@@ -70,6 +70,7 @@ public:
         if (auto* ssl = qobject_cast<QSslSocket*>(socket))
             connect(ssl, &QSslSocket::encryptedBytesWritten, this, &Session::abortWhenWritten);
         connect(&dripTimer, &QTimer::timeout, this, &Session::drip);
+        connect(socket, &QIODevice::bytesWritten, this, &Session::topUp);
 
         const auto fault = server->takeFault(Stage::Greeting, 0, fired);
         const bool refused = fault && fault->kind == FaultKind::Fail;
@@ -221,24 +222,47 @@ private:
                  After after) {
         if (!fault)
             return send(reply, slow, after);
-        if (fault->kind == FaultKind::Fail)
+        switch (fault->kind) {
+        case FaultKind::Fail:
             return send(crlf(fault->line), false, after);
+        case FaultKind::Trickle:
+            return send(reply, true, after, fault->afterBytes, fault->intervalMs);
+        case FaultKind::Flood:
+            socket->write(reply.left(reply.indexOf('\n') + 1));
+            held = true;
+            // Portions of about 256 KB, so the server's own buffer stays small.
+            flood = fault->line.repeated(qMax<qsizetype>(1, 256 * 1024 / fault->line.size()));
+            return topUp();
+        case FaultKind::Stall:
+        case FaultKind::Reset:
+            break;
+        }
         send(reply.left(fault->afterBytes), slow,
              fault->kind == FaultKind::Stall ? After::Stall : After::Abort);
     }
 
-    void send(const QByteArray& data, bool slow, After after) {
-        if (slow && server->throttleBytes > 0 && server->throttleMs > 0 && !data.isEmpty()) {
+    // Without `chunk`, a slow reply goes at the server's throttle.
+    void send(const QByteArray& data, bool slow, After after, qint64 chunk = 0, int ms = 0) {
+        if (slow && chunk <= 0) {
+            chunk = server->throttleBytes;
+            ms = server->throttleMs;
+        }
+        if (slow && chunk > 0 && ms > 0 && !data.isEmpty()) {
             // Later commands wait until the timer has sent it all.
             slowData = data;
-            slowChunk = server->throttleBytes;
+            slowChunk = chunk;
             slowAfter = after;
             busy = true;
-            dripTimer.start(server->throttleMs);
+            dripTimer.start(ms);
             return;
         }
         socket->write(data);
         finish(after);
+    }
+
+    void topUp() {
+        while (!flood.isEmpty() && !gone && socket->bytesToWrite() < 1024 * 1024)
+            socket->write(flood);
     }
 
     void drip() {
@@ -296,6 +320,7 @@ private:
     QList<QByteArray> queue;
     QByteArray slowData;
     qint64 slowChunk = 0;
+    QByteArray flood; // sent again whenever the socket has room
     After slowAfter = After::Continue;
     bool busy = false;     // a throttled reply is still going out
     bool held = false;     // stalled: nothing more is answered

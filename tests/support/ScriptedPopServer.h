@@ -80,6 +80,15 @@ public:
     void resetAt(Stage stage, int message = 0, qint64 afterBytes = 0) {
         faults.append({FaultKind::Reset, stage, message, {}, afterBytes});
     }
+    // Send the reply `bytes` at a time, one portion every `intervalMs`.
+    void trickleAt(Stage stage, int message, qint64 bytes, int intervalMs) {
+        faults.append({FaultKind::Trickle, stage, message, {}, bytes, intervalMs});
+    }
+    // Send the reply's status line, then `pattern` over and over, as fast as
+    // the client takes it, until the client goes.
+    void floodAt(Stage stage, int message, const QByteArray& pattern) {
+        faults.append({FaultKind::Flood, stage, message, pattern, 0});
+    }
     void clearFaults() { faults.clear(); }
 
     // What the clients did. Every command line received, without CRLF, in
@@ -92,13 +101,14 @@ public:
 
 private:
     class Session;
-    enum class FaultKind { Fail, Stall, Reset };
+    enum class FaultKind { Fail, Stall, Reset, Trickle, Flood };
     struct Fault {
         FaultKind kind = FaultKind::Fail;
         Stage stage = Stage::Greeting;
         int message = 0;
-        QByteArray line;
-        qint64 afterBytes = 0;
+        QByteArray line;       // for Flood, the pattern
+        qint64 afterBytes = 0; // for Trickle, the bytes of a portion
+        int intervalMs = 0;
     };
 
     // The first fault at this point that has not fired in `fired` yet; marks it fired.

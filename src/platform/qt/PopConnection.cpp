@@ -198,6 +198,12 @@ void PopConnection::send(const QByteArray& commandLine) {
         socket->write(commandLine + "\r\n");
 }
 
+void PopConnection::startReply(qint64 expectedBytes) {
+    replyClock.start();
+    replyExpected = qMax<qint64>(0, expectedBytes);
+    replyReceived = 0;
+}
+
 PopConnection::Wait PopConnection::waitForData() {
     if (aborted)
         return Aborted;
@@ -207,6 +213,14 @@ PopConnection::Wait PopConnection::waitForData() {
         return Data;
     if (!socket || socket->state() == QAbstractSocket::UnconnectedState)
         return Closed;
+    // More is needed: a reply past its deadline fails here, however often
+    // the server sends a little. The deadline is the time-out plus the
+    // reply's size at the floor rate; bytes beyond the size given earn time
+    // at the same rate. Silence is still the time-out's.
+    const double allowedMs =
+        timeoutMs + double(qMax(replyExpected, replyReceived)) * 1000.0 / FloorBytesPerSecond;
+    if (replyClock.isValid() && double(replyClock.elapsed()) > allowedMs)
+        return TooSlow;
     const Wait wait = pause();
     if (wait == Aborted)
         return Aborted;
@@ -251,6 +265,7 @@ bool PopConnection::pull() {
         return false;
     const qint64 got = socket->read(reader.room(available), available);
     reader.grew(qMax<qint64>(got, 0));
+    replyReceived += qMax<qint64>(got, 0);
     return got > 0;
 }
 

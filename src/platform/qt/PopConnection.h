@@ -2,6 +2,7 @@
 
 #include "platform/qt/PopReader.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QSslError>
 #include <QString>
@@ -23,11 +24,17 @@ QString CertificateText(int code);
 
 // The socket under the POP client, plain or TLS from the first byte, with
 // waits that keep the event loop turning and end after a time-out of
-// silence. Any handler that runs during a wait may call abort().
+// silence, or when a reply comes too slowly. Any handler that runs during a
+// wait may call abort().
 class PopConnection : public QObject {
     Q_OBJECT
 public:
-    enum Wait { Data, TimedOut, Closed, Aborted };
+    enum Wait { Data, TimedOut, Closed, Aborted, TooSlow };
+
+    // The slowest pace a reply may keep up: a reply of n bytes may take the
+    // time-out plus n bytes at this rate, so a server that trickles fails
+    // in bounded time however often it sends.
+    static constexpr qint64 FloorBytesPerSecond = 10 * 1024;
 
     // What ended an attempt to connect.
     struct OpenResult {
@@ -55,6 +62,8 @@ public:
     // Queued by the socket; it goes out when the next wait begins, with
     // whatever else was sent before it.
     void send(const QByteArray& commandLine);
+    // A reply of about `expectedBytes` begins: its deadline starts now.
+    void startReply(qint64 expectedBytes = 0);
     // Waits until more bytes are in the reader, or something else happens.
     Wait waitForData();
     // Ends the connection at once; a wait in progress returns Aborted.
@@ -87,6 +96,11 @@ private:
     bool wakeRequested = false; // the wait in progress is ending already
     int timeoutMs;
     bool aborted = false;
+    // The reply being read: since when, how large it was said to be, and
+    // what has come of it.
+    QElapsedTimer replyClock;
+    qint64 replyExpected = 0;
+    qint64 replyReceived = 0;
 };
 
 } // namespace velmora

@@ -1,6 +1,7 @@
 #include "platform/qt/PopReader.h"
 
 #include <cstring>
+#include <limits>
 
 namespace velmora {
 
@@ -23,6 +24,8 @@ void PopReader::grew(qsizetype got) {
 void PopReader::clear() {
     buf.clear();
     pos = 0;
+    scanned = 0;
+    midLine = false;
 }
 
 // Drops what was taken once it is the larger part, so appending stays cheap
@@ -36,14 +39,17 @@ void PopReader::compact() {
         char* data = buf.data();
         std::memmove(data, data + pos, size_t(rest));
         buf.truncate(rest);
+        scanned = qMax<qsizetype>(0, scanned - pos);
         pos = 0;
     }
 }
 
 PopReader::Result PopReader::takeLine(QByteArray& line) {
-    const qsizetype eol = buf.indexOf('\n', pos);
-    if (eol < 0)
+    const qsizetype eol = buf.indexOf('\n', qMax(pos, scanned));
+    if (eol < 0) {
+        scanned = buf.size();
         return buffered() > MaxStatusLine ? TooLong : NeedMore;
+    }
     qsizetype end = eol;
     if (end > pos && buf[end - 1] == '\r')
         --end;
@@ -53,7 +59,9 @@ PopReader::Result PopReader::takeLine(QByteArray& line) {
 }
 
 // Lines that need no change (CR LF ended, no leading dot) are copied in
-// runs, so a large message costs a few copies rather than one a line.
+// runs, so a large message costs a few copies rather than one a line. A long
+// line goes out as it comes, but for its last byte, which may be the CR of
+// its end: the reader never holds more of it than one piece.
 PopReader::Result PopReader::takeBlock(QByteArray& out, qint64& consumed) {
     const char* data = buf.constData();
     const qsizetype size = buf.size();
@@ -63,22 +71,36 @@ PopReader::Result PopReader::takeBlock(QByteArray& out, qint64& consumed) {
             out.append(data + run, end - run);
     };
     while (pos < size) {
-        const void* found = std::memchr(data + pos, '\n', size_t(size - pos));
-        if (!found)
+        const qsizetype resume = qMax(pos, scanned);
+        const void* found = std::memchr(data + resume, '\n', size_t(size - resume));
+        if (!found) {
+            scanned = size;
+            if (size - pos > LongLine) {
+                const bool stuffed = !midLine && data[pos] == '.';
+                flush(pos);
+                out.append(data + pos + qsizetype(stuffed), size - 1 - pos - qsizetype(stuffed));
+                consumed += size - 1 - pos;
+                pos = run = size - 1;
+                midLine = true;
+            }
             break;
+        }
         const qsizetype eol = static_cast<const char*>(found) - data;
         const qsizetype start = pos;
         const bool crlf = eol > start && data[eol - 1] == '\r';
+        // The rest of a line that went out in part has no dot to look at.
+        const bool stuffed = !midLine && data[start] == '.';
+        midLine = false;
         consumed += eol + 1 - start;
         pos = eol + 1;
-        if (data[start] != '.' && crlf)
+        if (!stuffed && crlf)
             continue;
         flush(start);
         run = pos;
         const qsizetype end = crlf ? eol - 1 : eol;
-        if (data[start] == '.' && end - start == 1)
+        if (stuffed && end - start == 1)
             return Done;
-        const qsizetype from = data[start] == '.' ? start + 1 : start; // a stuffed dot
+        const qsizetype from = stuffed ? start + 1 : start;
         out.append(data + from, end - from);
         out.append("\r\n", 2);
     }
@@ -101,6 +123,43 @@ PopReader::Status PopReader::parseStatus(const QByteArray& line) {
         status.text = line.mid(4).trimmed();
     }
     return status;
+}
+
+std::optional<qint64> PopReader::parseNumber(const QByteArray& word) {
+    if (word.isEmpty())
+        return std::nullopt;
+    qint64 value = 0;
+    for (const char c : word) {
+        if (c < '0' || c > '9')
+            return std::nullopt;
+        const int digit = c - '0';
+        if (value > (std::numeric_limits<qint64>::max() - digit) / 10)
+            value = std::numeric_limits<qint64>::max();
+        else
+            value = value * 10 + digit;
+    }
+    return value;
+}
+
+std::optional<qint64> PopReader::parseStatCount(const QByteArray& text) {
+    return parseNumber(text.simplified().split(' ').value(0));
+}
+
+std::optional<QList<PopReader::NumberedLine>>
+PopReader::parseNumberedLines(const QByteArray& block) {
+    QList<NumberedLine> lines;
+    for (const QByteArray& line : block.split('\n')) {
+        const QByteArray trimmed = line.trimmed();
+        if (trimmed.isEmpty())
+            continue;
+        const qsizetype blank = trimmed.indexOf(' ');
+        const std::optional<qint64> number =
+            parseNumber(blank < 0 ? QByteArray() : trimmed.left(blank));
+        if (!number)
+            return std::nullopt;
+        lines.append({*number, trimmed.mid(blank + 1).trimmed()});
+    }
+    return lines;
 }
 
 } // namespace velmora

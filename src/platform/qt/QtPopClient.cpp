@@ -23,24 +23,26 @@ QString Quote(const QByteArray& text) {
     return QString::fromUtf8(text.left(200));
 }
 
-// "n value" lines of a LIST or UIDL block.
-QList<std::pair<int, QByteArray>> NumberedLines(const QByteArray& block, bool* readable) {
-    QList<std::pair<int, QByteArray>> lines;
-    *readable = true;
-    for (const QByteArray& line : block.split('\n')) {
-        const QByteArray trimmed = line.trimmed();
-        if (trimmed.isEmpty())
-            continue;
-        const qsizetype blank = trimmed.indexOf(' ');
-        bool ok = false;
-        const int number = blank < 0 ? 0 : trimmed.left(blank).toInt(&ok);
-        if (!ok) {
-            *readable = false;
-            return {};
-        }
-        lines.append({number, trimmed.mid(blank + 1).trimmed()});
-    }
-    return lines;
+constexpr qint64 Largest = std::numeric_limits<qint64>::max();
+
+qint64 SaturatingAdd(qint64 a, qint64 b) {
+    return a > Largest - b ? Largest : a + b;
+}
+
+// What is reserved for a message before it comes: the listed size is the
+// server's word, so no more than this is taken on it.
+constexpr qint64 MostReserved = 8 * 1024 * 1024;
+
+// A message may run this far past its listed size: servers that store bare
+// line feeds list fewer bytes than the CR LF lines that come.
+qint64 OverrunLimit(qint64 listed) {
+    return SaturatingAdd(SaturatingAdd(listed, listed / 2), 64 * 1024);
+}
+
+// Replies that are not messages: a CAPA list, a LIST or UIDL listing.
+constexpr qint64 MostCapabilities = 64 * 1024;
+qint64 ListingLimit(size_t messages) {
+    return 1024 * 1024 + qint64(messages) * 128;
 }
 
 } // namespace
@@ -53,6 +55,12 @@ void QtPopClient::fail(int number, const QString& text) {
     lastError = number;
     errorText = text;
     throw Failure{number, text};
+}
+
+void QtPopClient::failAndDrop(int number, const QString& text) {
+    if (connection)
+        connection->abort();
+    fail(number, text);
 }
 
 PopMessage& QtPopClient::Item(int index) {
@@ -77,6 +85,7 @@ void QtPopClient::Connect() {
         fail(PopError::BadPort, QStringLiteral("Port %1 is outside 1 to 65535").arg(port));
     openSocket();
 
+    connection->startReply();
     const QByteArray greeting = readStatus(PopError::TimedOut, PopError::ConnectionReset);
     const PopReader::Status hello = PopReader::parseStatus(greeting);
     if (!hello.valid)
@@ -94,11 +103,12 @@ void QtPopClient::Connect() {
         fail(PopError::UnexpectedReply, QStringLiteral("Unreadable reply to STAT"));
     if (!stat.ok)
         fail(PopError::StatFailed, QStringLiteral("STAT failed: ") + Quote(stat.text));
-    bool ok = false;
-    const qint64 count = stat.text.split(' ').value(0).toLongLong(&ok);
-    if (!ok || count < 0)
+    const std::optional<qint64> counted = PopReader::parseStatCount(stat.text);
+    if (!counted)
         fail(PopError::UnexpectedReply,
              QStringLiteral("Unreadable reply to STAT: ") + Quote(stat.text));
+    const qint64 count = *counted;
+    // Counts are 16-bit: what passes here, the counters can hold.
     if (count > std::numeric_limits<qint16>::max())
         fail(PopError::TooManyMessages,
              QStringLiteral("The mailbox holds %1 messages, more than can be counted").arg(count));
@@ -146,7 +156,8 @@ QByteArray QtPopClient::readStatus(int timeoutError, int lostError) {
         case PopReader::Done:
             return line;
         case PopReader::TooLong:
-            fail(PopError::ReplyTooLong, QStringLiteral("The server sent a line without end"));
+            failAndDrop(PopError::ReplyTooLong,
+                        QStringLiteral("The server sent a line without end"));
         case PopReader::NeedMore:
             break;
         }
@@ -159,34 +170,71 @@ void QtPopClient::waitForMore(int timeoutError, int lostError) {
     case PopConnection::Data:
         return;
     case PopConnection::TimedOut:
-        fail(timeoutError,
-             QStringLiteral("No answer from the server within %1 seconds").arg(timeoutSeconds));
+        failAndDrop(
+            timeoutError,
+            QStringLiteral("No answer from the server within %1 seconds").arg(timeoutSeconds));
+    case PopConnection::TooSlow:
+        failAndDrop(PopError::TimedOut,
+                    QStringLiteral("The server answered too slowly: less than %1 KB a second")
+                        .arg(PopConnection::FloorBytesPerSecond / 1024));
     case PopConnection::Closed:
     case PopConnection::Aborted:
         fail(lostError, QStringLiteral("The connection was lost"));
     }
 }
 
-PopReader::Status QtPopClient::command(const QByteArray& line, int timeoutError, int lostError) {
+PopReader::Status QtPopClient::command(const QByteArray& line, int timeoutError, int lostError,
+                                       qint64 expected) {
     connection->send(line);
+    connection->startReply(expected);
     return PopReader::parseStatus(readStatus(timeoutError, lostError));
 }
 
-void QtPopClient::readBlock(QByteArray& out, int timeoutError, int lostError, qint64* progress,
-                            qint64 total) {
+bool QtPopClient::readBlock(QByteArray& out, int timeoutError, int lostError, qint64 limit,
+                            qint64* progress, qint64 total) {
     for (;;) {
         qint64 consumed = 0;
         const PopReader::Result result = connection->reader.takeBlock(out, consumed);
         if (progress && consumed > 0) {
-            *progress += consumed;
+            *progress = SaturatingAdd(*progress, consumed);
             if (notify)
                 notify->Progress(*progress, total);
             checkStopped();
         }
         if (result == PopReader::Done)
-            return;
+            return out.size() <= limit;
+        // What is left in the reader is the start of a line of this block.
+        if (out.size() + connection->reader.buffered() > limit)
+            return false;
         waitForMore(timeoutError, lostError);
     }
+}
+
+bool QtPopClient::tooLarge(const RetrievedMessage& item) const {
+    return item.SizeListed() && item.Size() > maxMessageBytes;
+}
+
+qint64 QtPopClient::blockLimit(const RetrievedMessage& item) const {
+    return item.SizeListed() ? qMin(OverrunLimit(item.Size()), maxMessageBytes) : maxMessageBytes;
+}
+
+QString QtPopClient::tooLargeText(size_t n, qint64 bytes) const {
+    return QStringLiteral("Message %1 is larger than the limit of %2 MB (%3 bytes)")
+        .arg(n)
+        .arg(maxMessageBytes / (1000 * 1000))
+        .arg(bytes);
+}
+
+void QtPopClient::failOverrun(int number, const char* verb, size_t n,
+                              const RetrievedMessage& item) {
+    if (item.SizeListed() && OverrunLimit(item.Size()) < maxMessageBytes)
+        failAndDrop(number, QStringLiteral("%1 %2 failed: the server sent more than the %3 "
+                                           "bytes it listed")
+                                .arg(QLatin1String(verb))
+                                .arg(n)
+                                .arg(item.Size()));
+    failAndDrop(number, QStringLiteral("%1 %2 failed: ").arg(QLatin1String(verb)).arg(n) +
+                            tooLargeText(n, maxMessageBytes));
 }
 
 void QtPopClient::readCapabilities() {
@@ -196,7 +244,8 @@ void QtPopClient::readCapabilities() {
     if (!capa.ok)
         return;
     QByteArray block;
-    readBlock(block, PopError::TimedOut, PopError::ConnectionReset);
+    if (!readBlock(block, PopError::TimedOut, PopError::ConnectionReset, MostCapabilities))
+        failAndDrop(PopError::ReplyTooLong, QStringLiteral("The server's CAPA list has no end"));
     capaAnswered = true;
     for (const QByteArray& line : block.split('\n')) {
         const QByteArray word = line.trimmed().split(' ').value(0).toUpper();
@@ -244,34 +293,46 @@ void QtPopClient::readListing() {
     if (askUidl && pipelining)
         connection->send("UIDL");
 
+    connection->startReply();
     const PopReader::Status list =
         PopReader::parseStatus(readStatus(PopError::RetrieveTimedOut, PopError::ConnectionLost));
     if (!list.valid || !list.ok)
         fail(PopError::ListingFailed, QStringLiteral("LIST failed: ") + Quote(list.text));
+    const qint64 listingLimit = ListingLimit(items.size());
     QByteArray block;
-    readBlock(block, PopError::RetrieveTimedOut, PopError::ConnectionLost);
-    bool readable = false;
-    for (const auto& [number, value] : NumberedLines(block, &readable)) {
-        if (number >= 1 && number <= int(items.size()))
-            items[size_t(number - 1)]->setListing(value.toLongLong(), QString());
+    if (!readBlock(block, PopError::RetrieveTimedOut, PopError::ConnectionLost, listingLimit))
+        failAndDrop(PopError::ListingFailed, QStringLiteral("Unreadable LIST reply"));
+    const auto sizes = PopReader::parseNumberedLines(block);
+    if (!sizes)
+        failAndDrop(PopError::ListingFailed, QStringLiteral("Unreadable LIST reply"));
+    for (const auto& [number, value] : *sizes) {
+        // Anything after the size is the server's own; the size must be a
+        // number, however large.
+        const std::optional<qint64> size = PopReader::parseNumber(value.split(' ').value(0));
+        if (!size)
+            failAndDrop(PopError::ListingFailed, QStringLiteral("Unreadable LIST reply"));
+        if (number >= 1 && number <= qint64(items.size()))
+            items[size_t(number - 1)]->setListing(*size, QString());
     }
-    if (!readable)
-        fail(PopError::ListingFailed, QStringLiteral("Unreadable LIST reply"));
 
     if (askUidl) {
         if (!pipelining)
             connection->send("UIDL");
+        connection->startReply();
         const PopReader::Status uidl = PopReader::parseStatus(
             readStatus(PopError::RetrieveTimedOut, PopError::ConnectionLost));
         if (uidl.valid && uidl.ok) {
             block.clear();
-            readBlock(block, PopError::RetrieveTimedOut, PopError::ConnectionLost);
-            for (const auto& [number, value] : NumberedLines(block, &readable)) {
-                if (number >= 1 && number <= int(items.size()))
+            if (!readBlock(block, PopError::RetrieveTimedOut, PopError::ConnectionLost,
+                           listingLimit))
+                failAndDrop(PopError::ListingFailed, QStringLiteral("Unreadable UIDL reply"));
+            const auto uids = PopReader::parseNumberedLines(block);
+            if (!uids)
+                failAndDrop(PopError::ListingFailed, QStringLiteral("Unreadable UIDL reply"));
+            for (const auto& [number, value] : *uids) {
+                if (number >= 1 && number <= qint64(items.size()))
                     items[size_t(number - 1)]->setUid(QString::fromLatin1(value));
             }
-            if (!readable)
-                fail(PopError::ListingFailed, QStringLiteral("Unreadable UIDL reply"));
         } else if (uidlOffered) {
             fail(PopError::ListingFailed, QStringLiteral("UIDL failed: ") + Quote(uidl.text));
         }
@@ -288,14 +349,25 @@ void QtPopClient::readIdentifiers() {
         if (!item.Uid().isEmpty())
             continue;
         const QByteArray number = QByteArray::number(qulonglong(i + 1));
-        PopReader::Status reply = command(top ? "TOP " + number + " 0" : "RETR " + number,
-                                          PopError::RetrieveTimedOut, PopError::ConnectionLost);
-        if (top && reply.valid && !reply.ok && !topOffered)
-            reply = command("RETR " + number, PopError::RetrieveTimedOut, PopError::ConnectionLost);
+        const auto retrieve = [&] {
+            if (tooLarge(item))
+                fail(PopError::ListingFailed,
+                     QStringLiteral("Listing failed: ") + tooLargeText(i + 1, item.Size()));
+            return command("RETR " + number, PopError::RetrieveTimedOut, PopError::ConnectionLost,
+                           item.Size());
+        };
+        PopReader::Status reply = top ? command("TOP " + number + " 0", PopError::RetrieveTimedOut,
+                                                PopError::ConnectionLost)
+                                      : retrieve();
+        const bool byTop = top && !(reply.valid && !reply.ok && !topOffered);
+        if (!byTop && top)
+            reply = retrieve();
         if (!reply.valid || !reply.ok)
             fail(PopError::ListingFailed, QStringLiteral("Listing failed: ") + Quote(reply.text));
         QByteArray block;
-        readBlock(block, PopError::RetrieveTimedOut, PopError::ConnectionLost);
+        if (!readBlock(block, PopError::RetrieveTimedOut, PopError::ConnectionLost,
+                       blockLimit(item)))
+            failOverrun(PopError::ListingFailed, byTop ? "TOP" : "RETR", i + 1, item);
         item.setUid(RetrievedMessage::HeaderDigest(block));
     }
 }
@@ -321,7 +393,7 @@ void QtPopClient::FetchAll() {
 void QtPopClient::retrieveAll() {
     qint64 total = 0;
     for (const auto& item : items)
-        total += item->Size();
+        total = SaturatingAdd(total, item->Size());
     qint64 position = 0;
     // Where the server takes pipelining, commands go out in batches of half
     // the window: every write wakes the server (and is a record of its own
@@ -331,20 +403,28 @@ void QtPopClient::retrieveAll() {
     size_t sent = 0;
     for (size_t done = 0; done < items.size(); ++done) {
         // What is sent is queued until the next wait, so a batch leaves
-        // together.
+        // together. A message listed beyond the size limit is never asked
+        // for: the batch stops short of it, and its turn fails with the
+        // line in step.
         if (sent - done <= window / 2) {
-            for (; sent < items.size() && sent - done < window; ++sent)
+            for (; sent < items.size() && sent - done < window && !tooLarge(*items[sent]); ++sent)
                 connection->send("RETR " + QByteArray::number(qulonglong(sent + 1)));
         }
+        RetrievedMessage& item = *items[done];
+        if (tooLarge(item))
+            fail(PopError::RetrieveFailed, QStringLiteral("RETR %1 failed: ").arg(done + 1) +
+                                               tooLargeText(done + 1, item.Size()));
+        connection->startReply(qMin(item.Size(), maxMessageBytes));
         const PopReader::Status reply = PopReader::parseStatus(
             readStatus(PopError::RetrieveTimedOut, PopError::ConnectionLost));
         if (!reply.valid || !reply.ok)
             fail(PopError::RetrieveFailed,
                  QStringLiteral("RETR %1 failed: ").arg(done + 1) + Quote(reply.text));
-        RetrievedMessage& item = *items[done];
         QByteArray data;
-        data.reserve(item.Size() + 64);
-        readBlock(data, PopError::RetrieveTimedOut, PopError::ConnectionLost, &position, total);
+        data.reserve(qMin(item.Size(), MostReserved) + 64);
+        if (!readBlock(data, PopError::RetrieveTimedOut, PopError::ConnectionLost, blockLimit(item),
+                       &position, total))
+            failOverrun(PopError::RetrieveFailed, "RETR", done + 1, item);
         if (item.Uid().isEmpty())
             item.setUid(RetrievedMessage::HeaderDigest(data));
         // Parsed now, while the next replies wait in the socket; only the
@@ -369,6 +449,7 @@ void QtPopClient::sendDeletions() {
     for (size_t i : marked) {
         if (!pipelining)
             connection->send("DELE " + QByteArray::number(qulonglong(i + 1)));
+        connection->startReply();
         const PopReader::Status reply = PopReader::parseStatus(
             readStatus(PopError::RetrieveTimedOut, PopError::ConnectionLost));
         if (!reply.valid || !reply.ok)

@@ -32,6 +32,9 @@ public:
     void setTimeout(int seconds) override { timeoutSeconds = seconds; }
     void setSecurity(int mode) override { security = mode; }
     void setNotification(PopNotify* receiver) override { notify = receiver; }
+    void setMaxMessageSize(qint64 bytes) override { maxMessageBytes = qMax<qint64>(bytes, 1); }
+
+    static constexpr qint64 DefaultMaxMessageSize = 100 * 1000 * 1000;
 
     void Connect() override;
     void Disconnect() override;
@@ -47,14 +50,31 @@ private:
     void ListMessages() override;
 
     [[noreturn]] void fail(int number, const QString& text);
+    // Fails where the line is out of step with the server, mid-reply or
+    // silent: it is dropped, since a QUIT would only wait in vain.
+    [[noreturn]] void failAndDrop(int number, const QString& text);
     void requireConnection();
     void openSocket();
     QByteArray readStatus(int timeoutError, int lostError);
     // Waits for more of a reply; fails with the number for silence or loss.
     void waitForMore(int timeoutError, int lostError);
-    PopReader::Status command(const QByteArray& line, int timeoutError, int lostError);
-    void readBlock(QByteArray& out, int timeoutError, int lostError, qint64* progress = nullptr,
-                   qint64 total = 0);
+    // Sends a command and reads its status line; `expected` is the size of
+    // the reply that follows, which sets its deadline.
+    PopReader::Status command(const QByteArray& line, int timeoutError, int lostError,
+                              qint64 expected = 0);
+    // Reads a block to its end; false, with the block unfinished, once it
+    // holds more than `limit` bytes.
+    bool readBlock(QByteArray& out, int timeoutError, int lostError, qint64 limit,
+                   qint64* progress = nullptr, qint64 total = 0);
+    // Whether a listed size already passes the size limit.
+    bool tooLarge(const RetrievedMessage& item) const;
+    // What a message's block may hold: its listed size and a margin, and
+    // never more than the size limit.
+    qint64 blockLimit(const RetrievedMessage& item) const;
+    // Fails for message n (1-based) whose block ran past blockLimit.
+    [[noreturn]] void failOverrun(int number, const char* verb, size_t n,
+                                  const RetrievedMessage& item);
+    QString tooLargeText(size_t n, qint64 bytes) const;
     void readCapabilities();
     void logIn();
     void readListing();
@@ -70,6 +90,7 @@ private:
     QString login;
     QString password;
     int timeoutSeconds = 10;
+    qint64 maxMessageBytes = DefaultMaxMessageSize;
     int security = SecurityNone;
     PopNotify* notify = nullptr;
 

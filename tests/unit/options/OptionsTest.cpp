@@ -36,6 +36,9 @@ void OptionsTest::load_data() {
     row("ConnectTimeOut", "10");
     row("RulesIniFileName", "Rules.ini");
     row("ConnectTimeOut", "10", "ten", "not a number");
+    row("MaxMessageSize", "100");
+    row("MaxMessageSize", "250", "250", "a size limit of its own");
+    row("MaxMessageSize", "100", "40000", "a size limit beyond 16 bits");
     row("Minutes", "30", "70000", "beyond 16 bits");
     row("TopColour", "16777215", "16777215", "a colour takes 32 bits");
     row("Hours", "2", " 2 ", "blanks around");

@@ -12,6 +12,10 @@ private Q_SLOTS:
     void linesAcrossChunks();
     void block_data();
     void block();
+    void numbers_data();
+    void numbers();
+    void numberedLines_data();
+    void numberedLines();
 };
 
 void PopReaderTest::status_data() {
@@ -77,6 +81,12 @@ void PopReaderTest::block_data() {
     row("bare line feeds become CR LF", {"a\nb\n.\n"}, "a\r\nb\r\n");
     row("a dot inside a line is content", {"x.\r\n. \r\n.\r\n"}, "x.\r\n \r\n");
     row("long line", {QByteArray(300000, 'z') + "\r\n.\r\n"}, QByteArray(300000, 'z') + "\r\n");
+    const QByteArray a(100000, 'a');
+    const QByteArray b(100000, 'b');
+    row("long stuffed line in pieces, its CR LF split", {".." + a, b + "\r", "\n.\r\n"},
+        "." + a + b + "\r\n");
+    row("long line with a dot after its first piece", {a, ".\r\n.\r\n"}, a + ".\r\n");
+    row("long line ending in a bare line feed", {a, b + "\n.\n"}, a + b + "\r\n");
 }
 
 void PopReaderTest::block() {
@@ -93,11 +103,62 @@ void PopReaderTest::block() {
         r.append(chunk);
         fed += chunk.size();
         result = r.takeBlock(out, consumed);
+        // However long a line, the reader holds no more than a piece of it.
+        QVERIFY(r.buffered() <= PopReader::LongLine);
     }
     QCOMPARE(result, PopReader::Done);
     QCOMPARE(out, content);
     QCOMPARE(consumed + r.buffered(), fed);
     QCOMPARE(r.buffered(), after.size());
+}
+
+// Counts and sizes are the server's word: past 64 bits they stay at the
+// largest value rather than wrap, and a sign is no number.
+void PopReaderTest::numbers_data() {
+    QTest::addColumn<QByteArray>("word");
+    QTest::addColumn<qint64>("value"); // -1: no number
+    const qint64 most = std::numeric_limits<qint64>::max();
+    auto row = [](const char* word, qint64 value) {
+        QTest::newRow(word) << QByteArray(word) << value;
+    };
+    row("0", 0);
+    row("1000000000000", 1000000000000);
+    row("9223372036854775807", most);
+    row("9223372036854775808", most);
+    row("99999999999999999999999", most);
+    row("-300", -1);
+    row("+5", -1);
+    row("12k", -1);
+    row("", -1);
+}
+
+void PopReaderTest::numbers() {
+    QFETCH(QByteArray, word);
+    QFETCH(qint64, value);
+    QCOMPARE(PopReader::parseNumber(word).value_or(-1), value);
+}
+
+void PopReaderTest::numberedLines_data() {
+    using Lines = QList<PopReader::NumberedLine>;
+    QTest::addColumn<QByteArray>("block");
+    QTest::addColumn<bool>("readable");
+    QTest::addColumn<Lines>("lines");
+    QTest::newRow("listing") << QByteArray("1 300\r\n\r\n2  400 more\r\n") << true
+                             << Lines{{1, "300"}, {2, "400 more"}};
+    QTest::newRow("empty") << QByteArray() << true << Lines{};
+    QTest::newRow("no number") << QByteArray("1 300\r\nx 2\r\n") << false << Lines{};
+    QTest::newRow("number alone") << QByteArray("7\r\n") << false << Lines{};
+    QTest::newRow("negative number") << QByteArray("-1 300\r\n") << false << Lines{};
+}
+
+void PopReaderTest::numberedLines() {
+    QFETCH(QByteArray, block);
+    QFETCH(bool, readable);
+    QFETCH(QList<PopReader::NumberedLine>, lines);
+    const auto parsed = PopReader::parseNumberedLines(block);
+    QCOMPARE(parsed.has_value(), readable);
+    if (parsed)
+        QCOMPARE(*parsed, lines);
 }
 
 QTEST_GUILESS_MAIN(PopReaderTest)
