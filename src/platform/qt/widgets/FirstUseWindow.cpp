@@ -1,9 +1,9 @@
 #include "platform/qt/widgets/FirstUseWindow.h"
 
 #include "platform/qt/widgets/Pictures.h"
+#include "platform/qt/widgets/ReportingFrame.h"
 #include "platform/qt/widgets/TrayPictures.h"
 
-#include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QToolButton>
@@ -11,24 +11,8 @@
 
 namespace velmora {
 
-// The close box counts as the button.
-class FirstUseWindow::Frame : public QWidget {
-public:
-    explicit Frame(std::function<void()>& onClose) : onClose(onClose) {}
-
-protected:
-    void closeEvent(QCloseEvent* event) override {
-        event->ignore();
-        if (onClose)
-            onClose();
-    }
-
-private:
-    std::function<void()>& onClose;
-};
-
 FirstUseWindow::FirstUseWindow() {
-    window = new Frame(onClose);
+    window = new ReportingFrame(onClose);
     window->setObjectName("frmFirstUse");
     window->setWindowFlags(Qt::Dialog);
     auto* layout = new QVBoxLayout(window);

@@ -32,7 +32,6 @@ public:
     QWidget* widget() const { return window; }
 
 private:
-    class Frame;
     QPointer<QWidget> window;
     QLabel* lblVersion = nullptr;
     QLabel* lblCopyright = nullptr;

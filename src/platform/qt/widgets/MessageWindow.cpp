@@ -2,8 +2,8 @@
 
 #include "platform/qt/widgets/FirstUseWindow.h"
 #include "platform/qt/widgets/Pictures.h"
+#include "platform/qt/widgets/ReportingFrame.h"
 
-#include <QCloseEvent>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -12,24 +12,8 @@
 
 namespace velmora {
 
-// The window reports its close box like its button.
-class MessageWindow::Frame : public QWidget {
-public:
-    explicit Frame(std::function<void()>& onClose) : onClose(onClose) {}
-
-protected:
-    void closeEvent(QCloseEvent* event) override {
-        event->ignore();
-        if (onClose)
-            onClose();
-    }
-
-private:
-    std::function<void()>& onClose;
-};
-
 MessageWindow::MessageWindow() {
-    window = new Frame(onClose);
+    window = new ReportingFrame(onClose);
     window->setObjectName("frmMessage");
     window->setWindowFlags(Qt::Tool | Qt::WindowStaysOnTopHint);
     window->setAttribute(Qt::WA_ShowWithoutActivating);
