@@ -158,8 +158,10 @@ std::optional<QString> FromVariantText(const QString& text) {
 SettingsText::SettingsText(const QByteArray& bytes) {
     if (bytes.contains("\r\n"))
         lineEnd = "\r\n";
-    // Without the byte order mark some editors put first.
-    lines = (bytes.startsWith("\xEF\xBB\xBF") ? bytes.sliced(3) : bytes).split('\n');
+    // Without the byte order mark some editors put first; it is written back,
+    // or a first key that begins with U+FEFF would be read as the mark.
+    byteOrderMark = bytes.startsWith("\xEF\xBB\xBF");
+    lines = (byteOrderMark ? bytes.sliced(3) : bytes).split('\n');
     if (!lines.isEmpty() && lines.last().isEmpty())
         lines.removeLast();
     for (QByteArray& line : lines) {
@@ -259,7 +261,7 @@ void SettingsText::remove(const QString& key) {
 }
 
 QByteArray SettingsText::bytes() const {
-    QByteArray out;
+    QByteArray out = byteOrderMark ? QByteArray("\xEF\xBB\xBF") : QByteArray();
     for (const QByteArray& line : lines)
         out += line + lineEnd;
     return out;

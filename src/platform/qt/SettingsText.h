@@ -40,6 +40,7 @@ private:
 
     QList<QByteArray> lines; // without their line ends
     QByteArray lineEnd = "\n";
+    bool byteOrderMark = false;
     QHash<QString, qsizetype> keys;       // key path: its last line
     QHash<QString, qsizetype> groupsLast; // group: the last line of its last block
 };

@@ -1,6 +1,7 @@
 #include "app/CommandLine.h"
 #include "options/Setting.h"
 #include "platform/qt/QtSettingsStore.h"
+#include "platform/qt/SettingsText.h"
 #include "platform/qt/XdgAutoStart.h"
 #include "support/DiskLimits.h"
 #include "support/SandboxEnvironment.h"
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void valuesReadAlikeInQSettings();
     void valuesKeepByteOrderMarks_data();
     void valuesKeepByteOrderMarks();
+    void byteOrderMarkIsWrittenBack();
     void failedWriteKeepsTheFileAndIsToldOnce();
     void unreadableFileIsPutAside_data();
     void unreadableFileIsPutAside();
@@ -163,6 +165,20 @@ void SettingsFileTest::valuesKeepByteOrderMarks() {
     QCOMPARE(again.GetSetting("Kestrum\\Velmora", "Settings", "AcntPassword1", "?"), value);
 }
 
+// Found by fuzzing: a file that began with a byte order mark lost it when
+// written, so a first key that begins with U+FEFF then read as the mark and
+// the file as damaged.
+void SettingsFileTest::byteOrderMarkIsWrittenBack() {
+    const QByteArray file = "\xEF\xBB\xBF\xEF\xBB\xBF=3\r\n";
+    QVERIFY(SettingsText::Problem(file).isEmpty());
+    SettingsText text(file);
+    text.setValue("Settings/AcntName1", "Home");
+    const QByteArray written = text.bytes();
+    QVERIFY2(SettingsText::Problem(written).isEmpty(), written.constData());
+    QCOMPARE(SettingsText(written).value(QString(QChar(0xFEFF))), QString("3"));
+    QCOMPARE(SettingsText(written).value("Settings/AcntName1"), QString("Home"));
+}
+
 void SettingsFileTest::valuesReadAlikeInQSettings() {
     QFETCH(QString, value);
     const QString app = "Kestrum\\Velmora";
@@ -263,7 +279,8 @@ void SettingsFileTest::unreadableFileIsPutAside() {
     QCOMPARE(Read(aside), text);
 }
 
-// QSettings dropped comments and reordered what a person wrote.
+// QSettings dropped comments and reordered what a person wrote; the editor's
+// byte order mark stays too.
 void SettingsFileTest::handEditsStay() {
     const QByteArray edited = "\xEF\xBB\xBF; my accounts, edited by hand\n"
                               "[Settings]\n"
@@ -278,7 +295,7 @@ void SettingsFileTest::handEditsStay() {
     QCOMPARE(setting::readInt(store, setting::SectionSettings, "AcntNum", 0), 1);
     setting::saveInt(store, setting::SectionOptions, "Minutes", 45);
     setting::saveText(store, setting::SectionSettings, "AcntServer1", "pop.example");
-    QCOMPARE(Read(settingsPath()), QByteArray("; my accounts, edited by hand\n"
+    QCOMPARE(Read(settingsPath()), QByteArray("\xEF\xBB\xBF; my accounts, edited by hand\n"
                                               "[Settings]\n"
                                               "AcntNum = 1\n"
                                               "AcntName1=Home   ; the family account\n"
