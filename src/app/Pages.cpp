@@ -5,6 +5,7 @@
 #include "checking/Schedule.h"
 #include "context/AppContext.h"
 #include "platform/Controls.h"
+#include "platform/HelpViewer.h"
 #include "platform/MainView.h"
 #include "platform/Shell.h"
 
@@ -169,8 +170,7 @@ void StartClientProgram(AppContext& ctx) {
 }
 
 void ShowHelp(AppContext& ctx, int context) {
-    ctx.svc.shell->Open(ctx.shell.HelpFile + QStringLiteral("#topic-%1").arg(context), QString(),
-                        1);
+    ctx.svc.help->ShowTopic(ctx.shell.HelpFile, context);
 }
 
 } // namespace velmora

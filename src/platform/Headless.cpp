@@ -39,6 +39,8 @@ void Headless::fillBlanks(Services& s) {
         s.sound = &sounds;
     if (!s.shell)
         s.shell = &shell;
+    if (!s.help)
+        s.help = &help;
     if (!s.printer)
         s.printer = &printer;
     if (!s.dialogs)

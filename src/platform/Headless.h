@@ -4,6 +4,7 @@
 #include "platform/ColourDialog.h"
 #include "platform/DesktopNotifier.h"
 #include "platform/FileDialogs.h"
+#include "platform/HelpViewer.h"
 #include "platform/InstanceGuard.h"
 #include "platform/ManualTimer.h"
 #include "platform/MessageView.h"
@@ -36,6 +37,19 @@ public:
     }
     QList<Request> requests;
     bool succeeds = true;
+};
+
+class RecordedHelp : public HelpViewer {
+public:
+    struct Request {
+        QString file;
+        int context;
+    };
+    bool ShowTopic(const QString& file, int context) override {
+        requests.append({file, context});
+        return true;
+    }
+    QList<Request> requests;
 };
 
 class RecordedPrinter : public Printer {
@@ -189,6 +203,7 @@ struct Headless {
     RecordedBoxes boxes;
     RecordedSounds sounds;
     RecordedShell shell;
+    RecordedHelp help;
     RecordedPrinter printer;
     ScriptedDialogs dialogs;
     RecordedNotifier notifier;

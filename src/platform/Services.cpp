@@ -7,9 +7,9 @@ const char* Services::missing() const {
         {settings, "settings"}, {boxes, "boxes"},       {clock, "clock"},
         {timers, "timers"},     {events, "events"},     {autoStart, "autoStart"},
         {files, "files"},       {instance, "instance"}, {pop, "pop"},
-        {sound, "sound"},       {shell, "shell"},       {dialogs, "dialogs"},
-        {colours, "colours"},   {printer, "printer"},   {profiles, "profiles"},
-        {windows, "windows"},   {notifier, "notifier"},
+        {sound, "sound"},       {shell, "shell"},       {help, "help"},
+        {dialogs, "dialogs"},   {colours, "colours"},   {printer, "printer"},
+        {profiles, "profiles"}, {windows, "windows"},   {notifier, "notifier"},
     };
     for (const auto& [member, name] : members) {
         if (!member)

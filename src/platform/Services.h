@@ -10,6 +10,7 @@ class DesktopNotifier;
 class Clock;
 class EventPump;
 class FileDialogs;
+class HelpViewer;
 class Files;
 class InstanceGuard;
 class MessageBoxes;
@@ -38,6 +39,7 @@ struct Services {
     PopClientFactory* pop = nullptr;
     SoundPlayer* sound = nullptr;
     Shell* shell = nullptr;
+    HelpViewer* help = nullptr;
     FileDialogs* dialogs = nullptr;
     ColourDialog* colours = nullptr;
     Printer* printer = nullptr;
