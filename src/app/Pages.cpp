@@ -4,9 +4,13 @@
 #include "checking/CheckCycle.h"
 #include "checking/Schedule.h"
 #include "context/AppContext.h"
+#include "context/PageCalls.h"
+#include "context/Product.h"
 #include "platform/Controls.h"
+#include "platform/Files.h"
 #include "platform/HelpViewer.h"
 #include "platform/MainView.h"
+#include "platform/MessageBoxes.h"
 #include "platform/Shell.h"
 
 #include <QHash>
@@ -53,6 +57,8 @@ void ArrangeMainWindow(AppContext& ctx) {
     }
     v.setCaption(ctl::lblNoAcntsBanner,
                  "No Accounts - Please use Add Accounts to create an Account");
+    v.setCaption(ctl::lblAboutWebSite, Product::HomePage());
+    v.setCaption(ctl::lblAboutEmail, Product::SupportAddress());
     // Stop shows only during a retrieval.
     v.setVisible(Element(ctl::tbrButtons, 1), false);
 }
@@ -95,8 +101,11 @@ void tbrButtons_ButtonClick(AppContext& ctx, int index) {
         return;
     const QString& key = button->key;
     if (key == QLatin1String("Help")) {
-        static const QHash<int, int> contexts = {{0, 130}, {5, 140}, {8, 150}, {11, 210}};
-        ShowHelp(ctx, contexts.value(index, 100));
+        static const QHash<int, int> contexts = {
+            {ctl::HelpEmail, 130}, {ctl::HelpAccounts, 140}, {ctl::HelpRules, 150}};
+        // The Options page's help is that of its section: 210 to 260.
+        ShowHelp(ctx, index == ctl::HelpOptions ? 200 + 10 * ctx.shell.OptionsPage
+                                                : contexts.value(index, 100));
     } else if (key == QLatin1String("StopRetrieval")) {
         ctx.check.StopRequested = true;
     } else if (key == QLatin1String("PauseStartupCheck")) {
@@ -107,9 +116,19 @@ void tbrButtons_ButtonClick(AppContext& ctx, int index) {
         StartClientProgram(ctx);
     } else if (key == QLatin1String("Close")) {
         frmMain::MinimizeToTray(ctx);
+    } else if (index == ctl::SaveAccount) {
+        SaveAccount(ctx);
+    } else if (index == ctl::CancelAccount) {
+        CancelAccountEdit(ctx);
+    } else if (index == ctl::SaveRules) {
+        SaveRules(ctx);
+    } else if (index == ctl::CancelRules) {
+        ShowCurrentRule(ctx);
+    } else if (index == ctl::SaveOptions) {
+        SaveOptionsPage(ctx);
+    } else if (index == ctl::CancelOptions) {
+        CancelOptionsEdit(ctx);
     }
-    // Saving and cancelling the Accounts, Rules and Options pages come with
-    // those pages.
 }
 
 namespace {
@@ -157,20 +176,58 @@ void ShowNoAccountState(AppContext& ctx) {
     SetAccountControls(v, false);
 }
 
+void ShowClientError(AppContext& ctx) {
+    ctx.svc.boxes->show(ctx.shell.AppTitle + QStringLiteral(" - Email Client Error"),
+                        QStringLiteral("The Email Client Program failed!\r\n\r\n"
+                                       "It appears the path and/or filename") +
+                            QString(20, QLatin1Char(' ')) +
+                            QStringLiteral("\r\ndo not exist or have changed location.\r\n\r\n"
+                                           "The FileName must have a file extension\r\n"
+                                           "that ends with '.exe' to work properly.\r\n\r\n"),
+                        BoxIcon::Information, BoxButtons::Ok);
+}
+
 void StartClientProgram(AppContext& ctx) {
+    // The run size is the default client's alone.
+    bool started = false;
     if (ctx.shell.DefaultClientValid) {
-        ctx.svc.shell->Open(ctx.options.DefaultClient, QString(), ctx.options.RunSize);
-        return;
+        started = ctx.svc.shell->Open(ctx.options.DefaultClient, QString(), ctx.options.RunSize);
+    } else {
+        const Account& account = ctx.accounts[ctx.accounts.AcntCurrent];
+        if (account.AcntClientValid)
+            started = ctx.svc.shell->Open(account.AcntClient, QString(), 1);
     }
-    const Account& account = ctx.accounts[ctx.accounts.AcntCurrent];
-    if (account.AcntClientValid)
-        ctx.svc.shell->Open(account.AcntClient, QString(), 1);
-    // Without a valid client the error box of the client selection speaks;
-    // it comes with that page.
+    if (!started)
+        ShowClientError(ctx);
 }
 
 void ShowHelp(AppContext& ctx, int context) {
     ctx.svc.help->ShowTopic(ctx.shell.HelpFile, context);
+}
+
+void OpenHomePage(AppContext& ctx) {
+    ctx.svc.shell->Open(Product::HomePage(), QString(), 1);
+}
+
+void OpenSupportMail(AppContext& ctx) {
+    // The blank after the colon is the link's own.
+    ctx.svc.shell->Open(QStringLiteral("mailto: ") + Product::SupportAddress(), QString(), 1);
+}
+
+void OpenReadMe(AppContext& ctx) {
+    ctx.svc.shell->Open(ctx.svc.files->InstallDataFolder() + QStringLiteral("/help/readme.html"),
+                        QString(), 1);
+}
+
+void ShowOptionsSection(AppContext& ctx, int node) {
+    frmMain::mnuTrayShow_Click(ctx);
+    MainView& v = *ctx.view;
+    v.setVisible(Element(ctl::fraMain, ctx.shell.CurrentPage), false);
+    ctx.shell.CurrentPage = 3;
+    v.setVisible(Element(ctl::fraMain, 3), true);
+    v.setVisible(ctl::fraNoAcntsBanner, false);
+    v.setCaption(ctl::lblBanner, ctx.shell.PageBanners.value(3));
+    ShowOptionsPage(ctx, node);
 }
 
 } // namespace velmora

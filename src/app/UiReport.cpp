@@ -29,6 +29,7 @@ QJsonObject ControlJson(const StateView& v, const QString& name) {
         o["image"] = v.image(name);
         break;
     case K::Label:
+    case K::Link:
         o["caption"] = v.caption(name);
         break;
     case K::Header:
@@ -58,6 +59,10 @@ QJsonObject ControlJson(const StateView& v, const QString& name) {
             tabs.append(QJsonObject{{"caption", t.caption}, {"image", t.image}});
         o["tabs"] = tabs;
         o["selected"] = s.current;
+        QJsonArray drags;
+        for (int tab : s.draggedTabs)
+            drags.append(tab);
+        o["dragged"] = drags;
         break;
     }
     case K::List: {
@@ -94,6 +99,9 @@ QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Head
     for (const RecordedShell::Request& s : h.shell.requests)
         shell.append(QJsonObject{
             {"target", s.target}, {"parameters", s.parameters}, {"windowState", s.windowState}});
+    QJsonArray help;
+    for (const RecordedHelp::Request& r : h.help.requests)
+        help.append(QJsonObject{{"file", r.file}, {"topic", r.context}});
     QJsonArray dialogs;
     for (const ScriptedDialogs::Request& d : h.dialogs.requests)
         dialogs.append(QJsonObject{{"kind", d.kind},
@@ -117,6 +125,8 @@ QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Head
         {"boxes", boxes},
         {"sounds", Strings(h.sounds.played)},
         {"shell", shell},
+        {"help", help},
+        {"menus", Strings(view.poppedUpMenus)},
         {"dialogs", dialogs},
         {"printed", Strings(h.printer.jobs)},
         {"status", panels},

@@ -43,6 +43,10 @@ QStringList Containers(const QString& control) {
                 return {Element(ctl::fraMain, b.page)};
         }
     }
+    if (control.startsWith(ctl::tbrOptAbout + '/'))
+        return {ctl::tbrOptAbout, Element(ctl::fraMain, 3)};
+    if (control == ctl::lblAboutWebSite || control == ctl::lblAboutEmail)
+        return {Element(ctl::fraMain, 3)};
     if (control.startsWith(ctl::lvwEmail) || control == ctl::TabStripEmail)
         return {Element(ctl::fraMain, 0)};
     if (control == ctl::TabStripAcnts)
@@ -66,6 +70,8 @@ private:
     void option(const QString& array, const QString& index);
     void choose(const QString& control, const QString& entry);
     void tab(const QString& strip, const QString& number);
+    void rightClick(const QString& control, const QString& number);
+    void press(const QString& strip, const QString& number);
     void rows(const QStringList& numbers);
     void doubleClick(const QString& list, const QString& number);
     void answer(const QString& word);
@@ -196,6 +202,26 @@ void Runner::tab(const QString& strip, const QString& number) {
     r.events.TabClick(strip);
 }
 
+void Runner::rightClick(const QString& control, const QString& number) {
+    if (control == ctl::TrayIcon) {
+        touch(control);
+        r.events.TrayClick(MouseButton::Right);
+        return;
+    }
+    if (control != ctl::lvwEmail)
+        throw ScriptError{QStringLiteral("only TrayIcon and lvwEmail take a right click")};
+    rows({number});
+    if (r.view.isEnabled(ctl::lvwEmail))
+        r.events.ListContextMenu(number.toInt());
+}
+
+void Runner::press(const QString& strip, const QString& number) {
+    // The strip selects the tab under a press at once.
+    tab(strip, number);
+    if (reachable(strip))
+        r.events.TabPress(strip, number.toInt());
+}
+
 void Runner::rows(const QStringList& numbers) {
     if (numbers.isEmpty())
         throw ScriptError{QStringLiteral("row needs at least one row number")};
@@ -241,6 +267,7 @@ void Runner::tick(const QString& name, const QString& count) {
         {"tmrMailStartUp", r.ctx.check.tmrMailStartUp.get()},
         {"tmrRetrieveMessage", r.ctx.check.tmrRetrieveMessage.get()},
         {"tmrMessage", r.ctx.check.frmMessage.timer.get()},
+        {"tmrDragTab", r.ctx.shell.tmrDragTab.get()},
     };
     if (!timers.contains(name))
         throw ScriptError{QStringLiteral("no timer named '%1'").arg(name)};
@@ -293,6 +320,16 @@ void Runner::line(const QString& raw) {
     } else if (verb == QLatin1String("tab")) {
         need(2);
         tab(args[0], args[1]);
+    } else if (verb == QLatin1String("rclick")) {
+        need(1);
+        rightClick(args[0], args.value(1));
+    } else if (verb == QLatin1String("press")) {
+        need(2);
+        press(args[0], args[1]);
+    } else if (verb == QLatin1String("release")) {
+        need(1);
+        Expect(args[0], {K::TabStrip});
+        r.events.TabRelease(args[0]);
     } else if (verb == QLatin1String("row")) {
         rows(args);
     } else if (verb == QLatin1String("dblclick")) {

@@ -61,6 +61,7 @@ void CreateTimers(AppContext& ctx) {
     ctx.check.tmrMailTime = MakeTimer(ctx, 1000, false, tmrMailTime_Timer);
     ctx.check.tmrMailStartUp = MakeTimer(ctx, 1000, false, tmrMailStartUp_Timer);
     ctx.check.tmrRetrieveMessage = MakeTimer(ctx, 100, false, tmrRetrieveMessage_Timer);
+    ctx.shell.tmrDragTab = MakeTimer(ctx, 1000, false, tmrDragTab_Timer);
 }
 
 void Load(AppContext& ctx) {
@@ -163,6 +164,14 @@ void Form_Resize(AppContext& ctx) {
     // In the normal and maximised states the toolkit lays the pages out.
     if (v.windowState() != WindowState::Minimized)
         return;
+    // Without a tray nothing could bring a hidden window back: it stays on
+    // the task bar, and the user is told why once.
+    if (!v.tray().isAvailable()) {
+        if (!ctx.shell.NoTraySaid)
+            v.status().setPanelText(1, "No system tray: Velmora stays on the task bar.");
+        ctx.shell.NoTraySaid = true;
+        return;
+    }
     HideSecondaryWindows(ctx);
     ctx.svc.events->DoEvents();
     v.hideWindow();
@@ -205,7 +214,8 @@ void Form_Unload(AppContext& ctx, bool& Cancel) {
 void MinimizeToTray(AppContext& ctx) {
     ctx.view->setWindowState(WindowState::Minimized);
     Form_Resize(ctx);
-    ctx.view->hideWindow();
+    if (ctx.view->tray().isAvailable())
+        ctx.view->hideWindow();
 }
 
 void mnuTrayShow_Click(AppContext& ctx) {
@@ -234,6 +244,33 @@ void mnuTrayAutoCheck_Click(AppContext& ctx) {
     }
     ctx.check.NoCheckPostponed = false;
     SaveOptions(ctx, working);
+}
+
+void mnuTraySounds_Click(AppContext& ctx) {
+    Options working = ctx.options;
+    working.PlaySound = working.PlaySound == 1 ? 0 : 1;
+    SaveOptions(ctx, working);
+}
+
+void tabStrip_MouseDown(AppContext& ctx, const QString& strip) {
+    ctx.shell.DragStrip = strip;
+    ctx.shell.tmrDragTab->setEnabled(false);
+    ctx.shell.tmrDragTab->setEnabled(true);
+}
+
+void tabStrip_MouseUp(AppContext& ctx) {
+    // Let go before the tick: a click, not a drag.
+    ctx.shell.tmrDragTab->setEnabled(false);
+    ctx.shell.DragStrip.clear();
+}
+
+void tmrDragTab_Timer(AppContext& ctx) {
+    ctx.shell.tmrDragTab->setEnabled(false);
+    const QString strip = std::exchange(ctx.shell.DragStrip, QString());
+    if (strip == ctl::TabStripEmail)
+        ctx.view->tabs(TabStrip::Email).beginDrag();
+    else if (strip == ctl::TabStripAcnts)
+        ctx.view->tabs(TabStrip::Accounts).beginDrag();
 }
 
 void tmrStatusBar_Timer(AppContext& ctx) {

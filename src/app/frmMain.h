@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 namespace velmora {
 
 struct AppContext;
@@ -30,6 +32,13 @@ void mnuTrayQuitApplication_Click(AppContext& ctx);
 // Switches Auto Check on or off and saves the options; allowed during a
 // check.
 void mnuTrayAutoCheck_Click(AppContext& ctx);
+// Switches the sounds on or off and saves the options.
+void mnuTraySounds_Click(AppContext& ctx);
+// A press on a tab of `strip` held until tmrDragTab ticks starts a drag;
+// letting go first is an ordinary click.
+void tabStrip_MouseDown(AppContext& ctx, const QString& strip);
+void tabStrip_MouseUp(AppContext& ctx);
+void tmrDragTab_Timer(AppContext& ctx);
 void tmrStatusBar_Timer(AppContext& ctx);
 
 } // namespace frmMain

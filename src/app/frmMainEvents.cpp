@@ -10,6 +10,7 @@
 #include "messages/MessageList.h"
 #include "platform/Controls.h"
 #include "platform/MainView.h"
+#include "platform/Shell.h"
 
 namespace velmora {
 
@@ -36,6 +37,10 @@ void frmMainEvents::ToolbarButtonClick(const QString& toolbar, const QString& ke
         CheckSingleAccount(ctx);
     else if (toolbar == ctl::tbrAcnts && key == QLatin1String("AcntTest"))
         TestAccountConnection(ctx);
+    else if (toolbar == ctl::tbrOptAbout && key == QLatin1String("ReadMe"))
+        OpenReadMe(ctx);
+    else if (toolbar == ctl::tbrOptAbout && key == QLatin1String("Update"))
+        OpenHomePage(ctx);
     // The other buttons come with their pages.
 }
 
@@ -48,17 +53,56 @@ void frmMainEvents::MenuClick(const QString& entry) {
         frmMain::mnuTrayQuitApplication_Click(ctx);
     else if (entry == ctl::mnuTrayCheckAll)
         CheckAllAccounts(ctx);
+    else if (entry == ctl::mnuTrayNewMessage)
+        ctx.svc.shell->Open(QStringLiteral("mailto:"), QString(), 1);
+    else if (entry == ctl::mnuTrayRunClient)
+        StartClientProgram(ctx);
     else if (entry == ctl::mnuTrayAutoCheck)
         frmMain::mnuTrayAutoCheck_Click(ctx);
-    // The other entries come with the tray menu and the list.
+    else if (entry == ctl::mnuTraySounds)
+        frmMain::mnuTraySounds_Click(ctx);
+    else if (entry == ctl::mnuTrayOptions)
+        ShowOptionsSection(ctx, 1);
+    else if (entry == ctl::mnuTrayMenuColours)
+        ShowOptionsSection(ctx, 4);
+    else if (entry == ctl::mnuTrayAbout)
+        ShowOptionsSection(ctx, 6);
+    else if (entry == ctl::mnuTrayUpdates)
+        OpenHomePage(ctx);
+    else if (entry == ctl::mnuTrayHelp)
+        ShowHelp(ctx, 100);
+    // The list's entries come with the list.
 }
 
 void frmMainEvents::TrayClick(MouseButton button) {
-    if (button != MouseButton::Left || !GateAdmits(ctx, ctl::TrayIcon))
+    if (!GateAdmits(ctx, ctl::TrayIcon))
         return;
+    // The right button opens the menu and leaves the window where it is.
+    if (button == MouseButton::Right) {
+        ctx.view->popUpMenu(ctl::mnuTrayPopMenu);
+        return;
+    }
     // A left click on the tray picture brings a hidden window back.
     if (ctx.view->windowState() == WindowState::Minimized || !ctx.view->isWindowVisible())
         frmMain::mnuTrayShow_Click(ctx);
+}
+
+void frmMainEvents::TabPress(const QString& strip, int /*tab*/) {
+    if (GateAdmits(ctx, strip))
+        frmMain::tabStrip_MouseDown(ctx, strip);
+}
+
+void frmMainEvents::TabRelease(const QString& /*strip*/) {
+    frmMain::tabStrip_MouseUp(ctx);
+}
+
+void frmMainEvents::LinkClick(const QString& label) {
+    if (!GateAdmits(ctx, label))
+        return;
+    if (label == ctl::lblAboutWebSite)
+        OpenHomePage(ctx);
+    else if (label == ctl::lblAboutEmail)
+        OpenSupportMail(ctx);
 }
 
 void frmMainEvents::TabClick(const QString& strip) {
@@ -87,9 +131,12 @@ void frmMainEvents::ListHeaderClick(int /*column*/) {
         return;
 }
 
-void frmMainEvents::ListContextMenu(int /*row*/) {
+void frmMainEvents::ListContextMenu(int row) {
     if (!GateAdmits(ctx, ctl::lvwEmail))
         return;
+    // Which entries a row allows comes with the list's actions.
+    if (row > 0)
+        ctx.view->popUpMenu(ctl::mnuEmailPopMenu);
 }
 
 void frmMainEvents::ValueChanged(const QString& control) {

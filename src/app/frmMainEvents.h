@@ -18,6 +18,9 @@ public:
     void MenuClick(const QString& entry) override;
     void TrayClick(MouseButton button) override;
     void TabClick(const QString& strip) override;
+    void TabPress(const QString& strip, int tab) override;
+    void TabRelease(const QString& strip) override;
+    void LinkClick(const QString& label) override;
     void ListRowClick(int row) override;
     void ListDoubleClick(int row) override;
     void ListHeaderClick(int column) override;

@@ -14,6 +14,8 @@ struct ShellState {
     QString AppTitle = QStringLiteral("Velmora");
     QStringList PageBanners;
     int CurrentPage = 0;
+    // The section of the Options page showing, 1 to 6; help follows it.
+    int OptionsPage = 1;
     QString HelpFile;
     int FirstUse = 0;
     // The account whose count the tray shows next.
@@ -24,6 +26,10 @@ struct ShellState {
     // winds down without boxes, sounds or windows.
     bool Unloading = false;
     bool MenuHooked = false;
+    // Without a tray the window stays on the task bar; the user is told once.
+    bool NoTraySaid = false;
+    // The strip a held press began on, for tmrDragTab.
+    QString DragStrip;
 
     bool RuleReportOpen = false;
     bool PreviewOpen = false;
@@ -38,6 +44,8 @@ struct ShellState {
 
     // The clock while Auto Check is off or suspended.
     std::unique_ptr<Timer> tmrStatusBar;
+    // A press held on a tab until its tick becomes a drag.
+    std::unique_ptr<Timer> tmrDragTab;
 };
 
 } // namespace velmora

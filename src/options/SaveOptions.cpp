@@ -5,6 +5,7 @@
 #include "options/FileReports.h"
 #include "options/MenuColours.h"
 #include "platform/AutoStart.h"
+#include "platform/Controls.h"
 #include "platform/MainView.h"
 
 namespace velmora {
@@ -66,6 +67,8 @@ void SaveOptions(AppContext& ctx, const Options& working) {
 
 void ApplySoundAndClientFlags(AppContext& ctx) {
     ctx.shell.SoundMaster = ctx.options.PlaySound != 0;
+    ctx.view->setCaption(ctl::mnuTraySounds, ctx.shell.SoundMaster ? "Soun&ds - On|#SoundOn"
+                                                                   : "Soun&ds - Off|#SoundOff");
     ctx.shell.DefaultSoundValid = IsValidFile(*ctx.svc.files, ctx.options.DefaultSound, ".wav");
     ctx.shell.DefaultClientValid = IsValidFile(*ctx.svc.files, ctx.options.DefaultClient, ".exe");
 }

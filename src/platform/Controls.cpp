@@ -63,6 +63,8 @@ const QVector<ToolbarButton>& ToolbarButtonTable() {
         {"tbrRules", "RulesDelete", "Delete Rule            ", "Delete Selected Selected Rule"},
         {"tbrRules", "RulesImport", "Import Rules           ", "Import Rules from a Rules File"},
         {"tbrRules", "RulesRename", "Rename Rules File  ", "Rename the Rules FileName"},
+        {"tbrOptAbout", "ReadMe", "View Read Me  ", "View Read Me Using WordPad"},
+        {"tbrOptAbout", "Update", "Updates  ", "Check WebSite for Updates"},
     };
     return table;
 }
@@ -101,7 +103,12 @@ const QVector<ControlInfo>& ControlTable() {
             t.append({name, K::Label});
         t.append({ctl::cmdTakeFocus, K::Focus});
         t.append({ctl::TrayIcon, K::Tray});
-        for (const auto& name : {ctl::tbrMainButtons, ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules})
+        for (const auto& name : {ctl::lblAboutWebSite, ctl::lblAboutEmail})
+            t.append({name, K::Link});
+        for (const auto& name : {ctl::mnuTrayPopMenu, ctl::mnuEmailPopMenu})
+            t.append({name, K::Menu});
+        for (const auto& name :
+             {ctl::tbrMainButtons, ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules, ctl::tbrOptAbout})
             t.append({name, K::Toolbar});
         for (const MainButton& b : MainButtonTable())
             t.append({Button(ctl::tbrMainButtons, b.key), K::Button});

@@ -26,6 +26,8 @@ enum class ControlKind {
     Colour,    // a colour box: a 0x00BBGGRR value
     Focus,     // a control that only takes the focus
     Tray,      // the tray picture: a click
+    Link,      // a label that opens something: caption, visible; a click
+    Menu,      // a popup menu: shown at the pointer
 };
 
 // A control name the window does not have, or an operation the control's
@@ -62,6 +64,11 @@ inline constexpr QLatin1String lvwEmail("lvwEmail");
 inline constexpr QLatin1String TabStripEmail("TabStripEmail");
 inline constexpr QLatin1String TabStripAcnts("TabStripAcnts");
 inline constexpr QLatin1String TrayIcon("TrayIcon");
+inline constexpr QLatin1String mnuTrayPopMenu("mnuTrayPopMenu");
+inline constexpr QLatin1String mnuEmailPopMenu("mnuEmailPopMenu");
+inline constexpr QLatin1String tbrOptAbout("tbrOptAbout");
+inline constexpr QLatin1String lblAboutWebSite("lblAboutWebSite");
+inline constexpr QLatin1String lblAboutEmail("lblAboutEmail");
 inline constexpr QLatin1String mnuTrayShow("mnuTrayShow");
 inline constexpr QLatin1String mnuTrayCheckAll("mnuTrayCheckAll");
 inline constexpr QLatin1String mnuTrayNewMessage("mnuTrayNewMessage");
@@ -85,6 +92,15 @@ constexpr int StopRetrieval = 1;
 constexpr int Close = 2;
 constexpr int CheckAll = 3;
 constexpr int StartEmailClient = 4;
+constexpr int HelpAccounts = 5;
+constexpr int SaveAccount = 6;
+constexpr int CancelAccount = 7;
+constexpr int HelpRules = 8;
+constexpr int SaveRules = 9;
+constexpr int CancelRules = 10;
+constexpr int HelpOptions = 11;
+constexpr int SaveOptions = 12;
+constexpr int CancelOptions = 13;
 constexpr int PauseStartupCheck = 14;
 } // namespace ctl
 

@@ -78,6 +78,8 @@ public:
     virtual QString image(int tab) const = 0;
     virtual void select(int tab) = 0;
     virtual int selected() const = 0;
+    // The selected tab starts a drag, as when the user holds a press on it.
+    virtual void beginDrag() = 0;
 };
 
 // The message list lvwEmail; rows count from 1 and are message numbers.
@@ -131,6 +133,9 @@ public:
     virtual void modify(const QList<int>& picture, const QString& tip) = 0;
     virtual void remove() = 0;
     virtual bool isPresent() const = 0;
+    // Whether the desktop has a tray at all; without one a hidden window
+    // could not be brought back.
+    virtual bool isAvailable() const = 0;
     virtual QList<int> picture() const = 0;
     virtual QString tip() const = 0;
 };
@@ -152,6 +157,8 @@ public:
     virtual void hideWindow() = 0;
     virtual bool isWindowVisible() const = 0;
     virtual void setBusyCursor(bool busy) = 0;
+    // Pops up a menu (kind Menu) at the pointer; its entries report clicks.
+    virtual void popUpMenu(const QString& menu) = 0;
     // The form is unloaded: the window goes and the program ends.
     virtual void unloadWindow() = 0;
 };

@@ -10,6 +10,10 @@ void DeliverClick(MainViewEvents& events, const QString& control) {
         events.MenuClick(control);
         return;
     }
+    if (kind == ControlKind::Link) {
+        events.LinkClick(control);
+        return;
+    }
     if (kind == ControlKind::Tray) {
         events.TrayClick(MouseButton::Left);
         return;

@@ -25,6 +25,11 @@ public:
 
     // A tab strip after the user selected a tab.
     virtual void TabClick(const QString& strip) = 0;
+    // The mouse button went down on tab `tab` of a strip, and up again.
+    virtual void TabPress(const QString& strip, int tab) = 0;
+    virtual void TabRelease(const QString& strip) = 0;
+    // A label of kind Link.
+    virtual void LinkClick(const QString& label) = 0;
 
     // The message list; rows count from 1, 0 for the empty area.
     virtual void ListRowClick(int row) = 0;

@@ -144,12 +144,13 @@ bool StateView::isVisible(const QString& name) const {
 }
 
 void StateView::setCaption(const QString& name, const QString& caption) {
-    edit(name, {K::Button, K::Label, K::MenuEntry, K::Frame, K::Check, K::Option}).caption =
-        caption;
+    edit(name, {K::Button, K::Label, K::Link, K::MenuEntry, K::Frame, K::Check, K::Option})
+        .caption = caption;
 }
 
 QString StateView::caption(const QString& name) const {
-    return read(name, {K::Button, K::Label, K::MenuEntry, K::Frame, K::Check, K::Option}).caption;
+    return read(name, {K::Button, K::Label, K::Link, K::MenuEntry, K::Frame, K::Check, K::Option})
+        .caption;
 }
 
 void StateView::setToolTip(const QString& name, const QString& tip) {
@@ -171,6 +172,11 @@ QString StateView::image(const QString& name) const {
 void StateView::setFocus(const QString& name) {
     KindOf(name);
     focus = name;
+}
+
+void StateView::popUpMenu(const QString& name) {
+    Expect(name, {K::Menu});
+    poppedUpMenus.append(name);
 }
 
 void StateView::setText(const QString& name, const QString& text) {

@@ -27,9 +27,12 @@ public:
     QString image(int tab) const override;
     void select(int tab) override;
     int selected() const override { return current; }
+    void beginDrag() override { draggedTabs.append(current); }
 
     QVector<Tab> tabs;
     int current = 0;
+    // The tab of each drag begun, in order.
+    QList<int> draggedTabs;
 
 private:
     Tab* at(int tab);
@@ -93,10 +96,12 @@ public:
     void modify(const QList<int>& p, const QString& t) override;
     void remove() override { present = false; }
     bool isPresent() const override { return present; }
+    bool isAvailable() const override { return available; }
     QList<int> picture() const override { return pictureStack; }
     QString tip() const override { return tipText; }
 
     bool present = false;
+    bool available = true;
     QList<int> pictureStack;
     QString tipText;
 };
@@ -161,6 +166,7 @@ public:
     void hideWindow() override { windowVisible = false; }
     bool isWindowVisible() const override { return windowVisible; }
     void setBusyCursor(bool busy) override { busyCursor = busy; }
+    void popUpMenu(const QString& menu) override;
     void unloadWindow() override {
         unloaded = true;
         windowVisible = false;
@@ -182,6 +188,8 @@ public:
     bool busyCursor = false;
     bool unloaded = false;
     int designSizeRestores = 0;
+    // The menus popped up, in order.
+    QStringList poppedUpMenus;
     QString focus;
 
 private:

@@ -42,6 +42,11 @@ struct Recorder : MainViewEvents {
         seen << (b == MouseButton::Left ? "TrayClick Left" : "TrayClick Right");
     }
     void TabClick(const QString& strip) override { seen << "TabClick " + strip; }
+    void TabPress(const QString& strip, int tab) override {
+        seen << QString("TabPress %1 %2").arg(strip).arg(tab);
+    }
+    void TabRelease(const QString& strip) override { seen << "TabRelease " + strip; }
+    void LinkClick(const QString& label) override { seen << "LinkClick " + label; }
     void ListRowClick(int row) override { seen << QString("ListRowClick %1").arg(row); }
     void ListDoubleClick(int row) override { seen << QString("ListDoubleClick %1").arg(row); }
     void ListHeaderClick(int column) override { seen << QString("ListHeaderClick %1").arg(column); }
@@ -255,7 +260,7 @@ void MainWindowTest::userActionsArriveAsTypedEvents_data() {
             auto* bar = w.findChild<QTabBar*>("TabStripEmail");
             QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(1).center());
         },
-        {"TabClick TabStripEmail"});
+        {"TabPress TabStripEmail 2", "TabClick TabStripEmail", "TabRelease TabStripEmail"});
     row("tab by the logic", [](MainWindow& w) { w.tabs(TabStrip::Email).select(2); }, {});
     row("row click",
         [=](MainWindow& w) {

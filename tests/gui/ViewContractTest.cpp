@@ -26,7 +26,8 @@ QStringList Snapshot(const QString& step, MainView& v) {
     };
     for (const ControlInfo& c : ControlTable()) {
         // The tray's picture and tip are the tray surface's, read below.
-        if (c.kind == K::Tray)
+        // A popup menu shows only while the user has it open.
+        if (c.kind == K::Tray || c.kind == K::Menu)
             continue;
         QString text = QString("%1 enabled=%2 visible=%3 tip=%4")
                            .arg(c.name, Flag(v.isEnabled(c.name)), Flag(v.isVisible(c.name)),

@@ -55,7 +55,7 @@ void UiScriptTest::badLinesStopTheScript_data() {
     auto row = [](const char* name, const char* script, const char* error) {
         QTest::newRow(name) << QByteArray(script) << QString(error);
     };
-    row("unknown verb", "# comment\n\npress tbrButtons(3)\n", "line 3: unknown verb 'press'");
+    row("unknown verb", "# comment\n\npush tbrButtons(3)\n", "line 3: unknown verb 'push'");
     row("unknown control", "click tbrEmail/NoSuch\n", "line 1: no control named 'tbrEmail/NoSuch'");
     row("not clickable", "click lblBanner\n", "line 1: 'lblBanner' cannot be clicked");
     row("wrong kind", "set lblBanner hello\n", "line 1: 'lblBanner' offers no such operation");
@@ -111,9 +111,9 @@ void UiScriptTest::ticksReachTheirTimers() {
                                  "click tbrButtons(0)\n");
     QCOMPARE(o.status, 0);
     QCOMPARE(o.shown["status"].toArray()[2].toString(), QString("StartUp Check: 28 sec"));
-    const QJsonArray shell = o.shown["shell"].toArray();
-    QCOMPARE(shell.size(), 1);
-    QVERIFY(shell[0].toObject()["target"].toString().endsWith("#topic-130"));
+    const QJsonArray help = o.shown["help"].toArray();
+    QCOMPARE(help.size(), 1);
+    QCOMPARE(help[0].toObject()["topic"].toInt(), 130);
 }
 
 void UiScriptTest::pointerRestsOnAStatusPanel_data() {

@@ -13,8 +13,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMenu>
 #include <QScreen>
 #include <QStatusBar>
 #include <QToolBar>
@@ -189,7 +191,7 @@ void MainWindow::showWindow() {
 
 void MainWindow::hideWindow() {
     applyingState = true;
-    if (taskbarFallback && !WidgetTray::available())
+    if (!trayEntry->isAvailable())
         showMinimized();
     else
         hide();
@@ -204,6 +206,20 @@ void MainWindow::setBusyCursor(bool on) {
         QApplication::setOverrideCursor(Qt::WaitCursor);
     else
         QApplication::restoreOverrideCursor();
+}
+
+void MainWindow::setTaskbarFallback(bool on) {
+    trayEntry->setNeedsHost(on);
+}
+
+void MainWindow::popUpMenu(const QString& name) {
+    Expect(name, {ControlKind::Menu});
+    auto* menu = qobject_cast<QMenu*>(WidgetControls::find(name));
+    // The tray's menu belongs to its entry: the tray host, or the toolkit
+    // on its behalf, opens it on the same right click.
+    if (name == ctl::mnuTrayPopMenu || menu->isVisible())
+        return;
+    menu->popup(QCursor::pos());
 }
 
 void MainWindow::unloadWindow() {

@@ -42,7 +42,8 @@ public:
 
     // Without a system tray a window sent "to the tray" stays minimised on
     // the task bar instead, so it can always be brought back.
-    void setTaskbarFallback(bool on) { taskbarFallback = on; }
+    // Off, the window hides as though a tray were there (tests without one).
+    void setTaskbarFallback(bool on);
 
     TabStripView& tabs(TabStrip strip) override;
     MessageListView& list() override;
@@ -56,6 +57,7 @@ public:
     void hideWindow() override;
     bool isWindowVisible() const override { return QMainWindow::isVisible(); }
     void setBusyCursor(bool busy) override;
+    void popUpMenu(const QString& menu) override;
     void unloadWindow() override;
 
 protected:
@@ -77,7 +79,6 @@ private:
     QSize designSize;
     bool applyingState = false;
     bool unloaded = false;
-    bool taskbarFallback = true;
     bool busy = false;
 };
 

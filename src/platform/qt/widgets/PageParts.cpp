@@ -29,9 +29,7 @@ QWidget* Frame(WidgetControls& controls, const QString& name, QBoxLayout*& layou
     return frame;
 }
 
-QWidget* FramedToolbar(WidgetControls& controls, const QString& frame, const QString& toolbar) {
-    QBoxLayout* layout = nullptr;
-    QWidget* holder = Frame(controls, frame, layout);
+QToolBar* Toolbar(WidgetControls& controls, const QString& toolbar) {
     auto* bar = new QToolBar;
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     bar->setIconSize(QSize(kIcon, kIcon));
@@ -45,7 +43,13 @@ QWidget* FramedToolbar(WidgetControls& controls, const QString& frame, const QSt
         controls.add(action, Button(toolbar, b.key));
         KeyboardReachable(bar, action);
     }
-    layout->addWidget(bar);
+    return bar;
+}
+
+QWidget* FramedToolbar(WidgetControls& controls, const QString& frame, const QString& toolbar) {
+    QBoxLayout* layout = nullptr;
+    QWidget* holder = Frame(controls, frame, layout);
+    layout->addWidget(Toolbar(controls, toolbar));
     return holder;
 }
 

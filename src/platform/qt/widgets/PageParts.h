@@ -16,8 +16,9 @@ namespace PageParts {
 
 // A page or frame named `name`, laid out top to bottom without margins.
 QWidget* Frame(WidgetControls& controls, const QString& name, QBoxLayout*& layout);
-// The toolbar `toolbar` with its buttons from ToolbarButtonTable(), alone in
-// the frame `frame`.
+// The toolbar `toolbar` with its buttons from ToolbarButtonTable().
+QToolBar* Toolbar(WidgetControls& controls, const QString& toolbar);
+// The same toolbar alone in the frame `frame`.
 QWidget* FramedToolbar(WidgetControls& controls, const QString& frame, const QString& toolbar);
 // The row of tbrButtons elements that belong to `page`, at its foot.
 QWidget* PageButtonRow(WidgetControls& controls, int page);

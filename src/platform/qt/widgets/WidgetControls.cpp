@@ -25,7 +25,7 @@ const char* const kEnabled = "velmoraEnabled";
 
 constexpr int kLabelPicture = 32;
 
-const std::initializer_list<ControlKind> kCaptioned = {K::Button, K::Label, K::MenuEntry,
+const std::initializer_list<ControlKind> kCaptioned = {K::Button, K::Label, K::Link,  K::MenuEntry,
                                                        K::Frame,  K::Check, K::Option};
 const std::initializer_list<ControlKind> kPictured = {K::Button, K::MenuEntry, K::Header, K::Label};
 
@@ -47,7 +47,7 @@ void WidgetControls::add(QObject* control, const QString& name) {
         throw UnknownControl(QStringLiteral("'%1' is built twice").arg(name));
     control->setObjectName(name);
     controls.insert(name, control);
-    if (kind == K::Button || kind == K::MenuEntry) {
+    if (kind == K::Button || kind == K::MenuEntry || kind == K::Link) {
         const auto click = [report = reporter, name] {
             report([&name](MainViewEvents& events) { DeliverClick(events, name); });
         };

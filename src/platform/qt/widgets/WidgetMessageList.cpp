@@ -156,6 +156,7 @@ WidgetMessageList::WidgetMessageList(WidgetControls& controls)
 
     // The entries of the list's popup menu.
     auto* popup = new QMenu(table);
+    controls.add(popup, ctl::mnuEmailPopMenu);
     for (const QString& entry : EmailMenuEntries())
         controls.add(popup->addAction(entry), entry);
 }

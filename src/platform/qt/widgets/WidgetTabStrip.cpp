@@ -3,6 +3,9 @@
 #include "platform/qt/widgets/Pictures.h"
 #include "platform/qt/widgets/WidgetControls.h"
 
+#include <QDrag>
+#include <QMimeData>
+#include <QMouseEvent>
 #include <QSignalBlocker>
 #include <QTabBar>
 
@@ -18,6 +21,42 @@ QString Shown(const QString& caption) {
 QString Unshown(const QString& text) {
     return QString(text).replace(QLatin1String("&&"), QLatin1String("&"));
 }
+
+// Reports the left button going down on a tab and coming up again, so the
+// logic can tell a held press from a click.
+class PressWatcher : public QObject {
+public:
+    PressWatcher(QTabBar* bar, EventReporter report, QString name)
+        : QObject(bar), bar(bar), report(std::move(report)), name(std::move(name)) {
+        bar->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::MouseButtonPress &&
+            event->type() != QEvent::MouseButtonRelease)
+            return false;
+        auto* mouse = static_cast<QMouseEvent*>(event);
+        if (mouse->button() != Qt::LeftButton)
+            return false;
+        if (event->type() == QEvent::MouseButtonRelease) {
+            report([this](MainViewEvents& events) { events.TabRelease(name); });
+            return false;
+        }
+        const int tab = bar->tabAt(mouse->position().toPoint()) + 1;
+        if (tab > 0)
+            report([this, tab](MainViewEvents& events) { events.TabPress(name, tab); });
+        return false;
+    }
+
+private:
+    QTabBar* bar;
+    EventReporter report;
+    QString name;
+};
+
+// What a dragged tab carries: the strip and the tab's number.
+constexpr char kTabMime[] = "application/x-velmora-tab";
 
 } // namespace
 
@@ -36,6 +75,21 @@ WidgetTabStrip::WidgetTabStrip(WidgetControls& controls, const QString& name, co
                          if (index >= 0)
                              report([&name](MainViewEvents& events) { events.TabClick(name); });
                      });
+    new PressWatcher(bar, controls.report(), name);
+}
+
+void WidgetTabStrip::beginDrag() {
+    const int index = bar->currentIndex();
+    if (index < 0)
+        return;
+    auto* data = new QMimeData;
+    data->setData(QLatin1String(kTabMime),
+                  (bar->objectName() + QLatin1Char(' ') + QString::number(index + 1)).toUtf8());
+    auto* drag = new QDrag(bar);
+    drag->setMimeData(data);
+    drag->setPixmap(bar->grab(bar->tabRect(index)));
+    // Where it may land and what a drop does belong to the strip's owner.
+    drag->exec(Qt::MoveAction);
 }
 
 int WidgetTabStrip::index(int tab) const {

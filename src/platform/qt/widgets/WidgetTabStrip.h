@@ -28,6 +28,7 @@ public:
     QString image(int tab) const override;
     void select(int tab) override;
     int selected() const override;
+    void beginDrag() override;
 
 private:
     // The bar's index of tab `tab`; -1 when there is none.

@@ -24,7 +24,7 @@ bool StartsGroup(const QString& entry) {
 WidgetTray::WidgetTray(WidgetControls& controls, QWidget* window)
     : window(window), icon(new QSystemTrayIcon(window)), menu(new QMenu(window)) {
     controls.add(icon, ctl::TrayIcon);
-    menu->setObjectName(QStringLiteral("mnuTray"));
+    controls.add(menu, ctl::mnuTrayPopMenu);
     for (const QString& entry : TrayMenuEntries()) {
         if (StartsGroup(entry))
             menu->addSeparator();
@@ -61,6 +61,10 @@ void WidgetTray::modify(const QList<int>& picture, const QString& tip) {
 
 void WidgetTray::remove() {
     icon->hide();
+}
+
+bool WidgetTray::isAvailable() const {
+    return !needsHost || available();
 }
 
 bool WidgetTray::isPresent() const {

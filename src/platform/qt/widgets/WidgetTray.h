@@ -22,17 +22,21 @@ public:
     void modify(const QList<int>& picture, const QString& tip) override;
     void remove() override;
     bool isPresent() const override;
+    bool isAvailable() const override;
     QList<int> picture() const override { return stack; }
     QString tip() const override;
 
     // Whether the desktop has a tray to hold the entry at all.
     static bool available();
+    // Off, the entry counts as available without a tray host.
+    void setNeedsHost(bool on) { needsHost = on; }
 
 private:
     QWidget* window;
     QSystemTrayIcon* icon;
     QMenu* menu;
     QList<int> stack;
+    bool needsHost = true;
 };
 
 } // namespace velmora
