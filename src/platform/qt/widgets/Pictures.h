@@ -6,8 +6,10 @@
 
 namespace velmora {
 
-// The program's pictures, drawn rather than shipped: keyed pictures for
-// buttons, tabs and list rows, and the numbered tray pictures.
+// The program's pictures: keyed pictures for buttons, menus, tabs and list
+// rows, and the numbered tray pictures. Buttons and menus follow the
+// desktop's icon theme, with Velmora's own drawings where it has none;
+// VELMORA_DRAWN_ICONS=1 uses the drawings alone.
 namespace Pictures {
 
 QIcon Keyed(const QString& key);
