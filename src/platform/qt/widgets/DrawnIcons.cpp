@@ -736,6 +736,8 @@ const QHash<QString, Picture>& Table() {
         {"Save", {S::Floppy}},
         {"Cancel", {S::Cancel}},
         {"Updates", {S::Globe, M::Down}},
+        {"Update", {S::Globe, M::Down}},
+        {"ReadMe", {S::Page}},
         {"MenuColours", {S::Palette}},
         {"SoundOn", {S::SpeakerOn}},
         {"SoundOff", {S::SpeakerOff}},

@@ -52,6 +52,8 @@ QStringList ThemeNames(const QString& key) {
         {"RulesImport", {"document-import", "document-open"}},
         {"RulesRename", {"edit-rename"}},
         {"Updates", {"system-software-update"}},
+        {"Update", {"system-software-update"}},
+        {"ReadMe", {"text-x-generic"}},
         {"MenuColours", {"preferences-desktop-theme"}},
         {"SoundOn", {"audio-volume-high"}},
         {"SoundOff", {"audio-volume-muted"}},
