@@ -52,6 +52,9 @@ void WidgetTray::add() {
 }
 
 void WidgetTray::modify(const QList<int>& picture, const QString& tip) {
+    // A tick that changes nothing costs the tray host nothing either.
+    if (picture == stack && tip == icon->toolTip() && !stack.isEmpty())
+        return;
     stack = picture;
     const QIcon drawn = Pictures::Tray(picture);
     icon->setIcon(drawn);
