@@ -16,18 +16,15 @@ bool IsExecutableFile(const QString& path) {
     return info.isFile() && info.isExecutable();
 }
 
-// "mailto:", "https://" and the like; a single letter before the colon would
-// be a drive on another system, never a scheme we are given here.
+// "mailto:", "https://" and the like. "C:\..." from a settings file written
+// on another system names a drive, not a scheme.
 bool HasScheme(const QString& target) {
     const QUrl url(target, QUrl::StrictMode);
     return url.isValid() && url.scheme().size() > 1;
 }
 
-} // namespace
-
-QString DesktopShell::ProgramPath(const QString& target) {
-    if (target.isEmpty())
-        return {};
+// The program `target` names, absolute; empty when it names none.
+QString ProgramPath(const QString& target) {
     if (QFileInfo(target).isAbsolute())
         return IsExecutableFile(target) ? target : QString();
     // Only a bare name is looked up on PATH: "bin/tool" or "notes.txt" in
@@ -37,14 +34,16 @@ QString DesktopShell::ProgramPath(const QString& target) {
     return QStandardPaths::findExecutable(target);
 }
 
-QString DesktopShell::UriFor(const QString& target) {
-    if (HasScheme(target))
-        return target;
+// The address the desktop is asked to open; empty for a path to nothing.
+QString UriFor(const QString& target) {
+    // A file comes first: "notes:2024.txt" beside us is no address.
     const QFileInfo info(target);
-    if (!info.exists())
-        return {};
-    return QUrl::fromLocalFile(info.absoluteFilePath()).toString(QUrl::FullyEncoded);
+    if (info.exists())
+        return QUrl::fromLocalFile(info.absoluteFilePath()).toString(QUrl::FullyEncoded);
+    return HasScheme(target) ? target : QString();
 }
+
+} // namespace
 
 bool DesktopShell::Open(const QString& target, const QString& parameters, int) {
     const QString wanted = target.trimmed();

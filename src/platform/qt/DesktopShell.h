@@ -13,12 +13,6 @@ public:
     // The window state is not honoured: on X11 and Wayland a program
     // places and sizes its own windows.
     bool Open(const QString& target, const QString& parameters, int windowState) override;
-
-    // The program `target` names, absolute; empty when it names none.
-    static QString ProgramPath(const QString& target);
-    // The address the desktop is asked to open for `target`; empty when it
-    // is a local path to nothing.
-    static QString UriFor(const QString& target);
 };
 
 } // namespace velmora

@@ -65,6 +65,8 @@ void DesktopShellTest::initTestCase() {
     Write(sandbox->configHome() + "/mimeapps.list",
           "[Default Applications]\nx-scheme-handler/velmora-test=velmora-test-handler.desktop\n");
     Write(path("notes.txt"), "a document no program here opens\n");
+    Write(path("velmora-test:notes"), "a file whose name could be an address\n");
+    QVERIFY(QDir::setCurrent(sandbox->root()));
 }
 
 void DesktopShellTest::opens_data() {
@@ -81,6 +83,8 @@ void DesktopShellTest::opens_data() {
     // The case QDesktopServices would call a success.
     QTest::newRow("file with no handler") << path("notes.txt") << false;
     QTest::newRow("scheme with a handler") << "velmora-test:row" << true;
+    // Beside us, a file is taken for what it is, even with a colon in it.
+    QTest::newRow("file before address") << "velmora-test:notes" << false;
 }
 
 void DesktopShellTest::opens() {
