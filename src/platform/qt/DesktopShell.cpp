@@ -1,0 +1,73 @@
+#include "platform/qt/DesktopShell.h"
+
+#include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QUrl>
+
+#include <gio/gio.h>
+
+namespace velmora {
+
+namespace {
+
+bool IsExecutableFile(const QString& path) {
+    const QFileInfo info(path);
+    return info.isFile() && info.isExecutable();
+}
+
+// "mailto:", "https://" and the like. "C:\..." from a settings file written
+// on another system names a drive, not a scheme.
+bool HasScheme(const QString& target) {
+    const QUrl url(target, QUrl::StrictMode);
+    return url.isValid() && url.scheme().size() > 1;
+}
+
+// The program `target` names, absolute; empty when it names none.
+QString ProgramPath(const QString& target) {
+    if (QFileInfo(target).isAbsolute())
+        return IsExecutableFile(target) ? target : QString();
+    // Only a bare name is looked up on PATH: "bin/tool" or "notes.txt" in
+    // the current folder is a file to open, never a program to run.
+    if (target.contains(QLatin1Char('/')))
+        return {};
+    return QStandardPaths::findExecutable(target);
+}
+
+// The address the desktop is asked to open; empty for a path to nothing.
+QString UriFor(const QString& target) {
+    // A file comes first: "notes:2024.txt" beside us is no address.
+    const QFileInfo info(target);
+    if (info.exists())
+        return QUrl::fromLocalFile(info.absoluteFilePath()).toString(QUrl::FullyEncoded);
+    return HasScheme(target) ? target : QString();
+}
+
+} // namespace
+
+bool DesktopShell::Open(const QString& target, const QString& parameters, int) {
+    const QString wanted = target.trimmed();
+    if (wanted.isEmpty())
+        return false;
+
+    const QString program = ProgramPath(wanted);
+    if (!program.isEmpty()) {
+        // Detached: the program outlives us and we never wait on it. Qt
+        // reports a program that could not be executed.
+        return QProcess::startDetached(program, QProcess::splitCommand(parameters));
+    }
+
+    // A document or an address goes to its handler as it is; parameters
+    // are for programs alone.
+    const QString uri = UriFor(wanted);
+    if (uri.isEmpty())
+        return false;
+    GError* error = nullptr;
+    const gboolean launched =
+        g_app_info_launch_default_for_uri(uri.toUtf8().constData(), nullptr, &error);
+    // No handler, or one that could not be started.
+    g_clear_error(&error);
+    return launched;
+}
+
+} // namespace velmora
