@@ -4,9 +4,11 @@
 #include "context/AppContext.h"
 #include "platform/Headless.h"
 #include "platform/qt/DBusNotifier.h"
+#include "platform/qt/DesktopShell.h"
 #include "platform/qt/LockFileInstanceGuard.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/XdgAutoStart.h"
+#include "platform/qt/widgets/HelpWindow.h"
 #include "platform/qt/widgets/MainWindow.h"
 #include "platform/qt/widgets/MessageWindow.h"
 #include "platform/qt/widgets/WavePlayer.h"
@@ -29,7 +31,9 @@ int main(int argc, char** argv) {
     WidgetWindowFactory windows;
     WavePlayer sound;
     DBusNotifier notifier;
-    // The shell, printer and dialogs have no desktop version yet.
+    DesktopShell desktopShell;
+    HelpWindow helpWindow;
+    // The printer and dialogs have no desktop version yet.
     Headless headless;
 
     Services services = platform.services();
@@ -39,6 +43,8 @@ int main(int argc, char** argv) {
     services.windows = &windows;
     services.sound = &sound;
     services.notifier = &notifier;
+    services.shell = &desktopShell;
+    services.help = &helpWindow;
     headless.fillBlanks(services);
 
     AppContext ctx(services);
