@@ -2,7 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
+#include <QDBusMessage>
 #include <QStringList>
 #include <QVariantMap>
 
@@ -21,11 +21,15 @@ bool DBusNotifier::available() {
 }
 
 void DBusNotifier::notify(const QString& title, const QString& body) {
-    QDBusInterface service(kService, QStringLiteral("/org/freedesktop/Notifications"), kService,
-                           QDBusConnection::sessionBus());
-    service.asyncCall(QStringLiteral("Notify"), QStringLiteral("Velmora"), uint(0),
-                      QStringLiteral("mail-unread"), title, body, QStringList(), QVariantMap(),
-                      int(-1));
+    // A plain message: an interface object would first ask the service to
+    // describe itself and wait for the answer.
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(kService, QStringLiteral("/org/freedesktop/Notifications"),
+                                       kService, QStringLiteral("Notify"));
+    call << QStringLiteral("Velmora") << uint(0) << QStringLiteral("mail-unread") << title << body
+         << QStringList() << QVariantMap() << int(-1);
+    // Sent, not called: the id it answers with is of no use to us.
+    QDBusConnection::sessionBus().send(call);
 }
 
 } // namespace velmora

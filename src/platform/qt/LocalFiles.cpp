@@ -15,6 +15,13 @@ namespace velmora {
 
 LocalFiles::LocalFiles(QString installDataFolder) : installData(std::move(installDataFolder)) {}
 
+LocalFiles::~LocalFiles() {
+    // rmdir takes only an empty folder: a file the user may still want, or
+    // one of another run of ours, keeps it.
+    if (!temp.isEmpty())
+        ::rmdir(QFile::encodeName(temp).constData());
+}
+
 QString LocalFiles::DataFolderBeside(const QString& executableFolder) {
     return QDir::cleanPath(executableFolder + QStringLiteral("/../share/velmora"));
 }
@@ -39,10 +46,11 @@ QString LocalFiles::ProgramFolder() {
 }
 
 QString LocalFiles::TempFolder() {
-    if (!temp.isEmpty())
+    if (fallbackTemp)
         return temp;
     // Our own folder, closed to others; if the name is taken by someone
-    // else, a private folder of this run stands in.
+    // else, a private folder of this run stands in. Looked at each time: it
+    // may have been removed, empty, by another run ending meanwhile.
     const QString mine = QDir::tempPath() + QStringLiteral("/velmora-%1").arg(getuid());
     ::mkdir(QFile::encodeName(mine).constData(), 0700);
     const QFileInfo info(mine);
@@ -51,6 +59,8 @@ QString LocalFiles::TempFolder() {
         temp = mine;
     } else {
         fallbackTemp = std::make_unique<QTemporaryDir>(QDir::tempPath() + "/velmora-XXXXXX");
+        // Removed as ours is, only when empty.
+        fallbackTemp->setAutoRemove(false);
         temp = fallbackTemp->path();
     }
     return temp;

@@ -12,11 +12,15 @@ namespace velmora {
 // - program folder: $XDG_DATA_HOME/Kestrum/Velmora (Rules files, frmMain.ini)
 // - install data: share/velmora beside the executable's bin folder, so a
 //   build tree runs as an installed copy does
-// - temporary files: one folder per user under the system's temporary folder
+// - temporary files: one folder per user under the system's temporary folder,
+//   removed at the end when nothing is left in it
 // Folders made here are the user's alone (0700).
 class LocalFiles : public Files {
 public:
     explicit LocalFiles(QString installDataFolder);
+    ~LocalFiles() override;
+    LocalFiles(const LocalFiles&) = delete;
+    LocalFiles& operator=(const LocalFiles&) = delete;
 
     bool FileExists(const QString& path) override;
     void RemoveFile(const QString& path) override;

@@ -4,20 +4,43 @@
 #include "platform/qt/widgets/Pictures.h"
 #include "platform/qt/widgets/ReportingFrame.h"
 
+#include <QApplication>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QSpacerItem>
+#include <QStyle>
 #include <QVBoxLayout>
 
 namespace velmora {
+
+namespace {
+
+// The width a window manager's title bar needs to show the whole title: the
+// text, the window's icon and three buttons at about a bar's height each,
+// and the frame on both sides.
+int TitleWidth(const QWidget* window, const QString& title) {
+    if (title.isEmpty())
+        return 0;
+    const QFontMetrics metrics(QApplication::font("QMdiSubWindowTitleBar"));
+    const QStyle* style = window->style();
+    const int bar =
+        qMax(style->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window), metrics.height());
+    const int frame = style->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, window);
+    return metrics.horizontalAdvance(title) + 4 * bar + 2 * frame;
+}
+
+} // namespace
 
 MessageWindow::MessageWindow() {
     window = new ReportingFrame(onClose);
     window->setObjectName("frmMessage");
     window->setWindowFlags(Qt::Tool | Qt::WindowStaysOnTopHint);
     window->setAttribute(Qt::WA_ShowWithoutActivating);
-    auto* layout = new QVBoxLayout(window);
+    layout = new QVBoxLayout(window);
+    // Never smaller than what it shows; it grows with its lines.
+    layout->setSizeConstraint(QLayout::SetMinimumSize);
     fraMsg = new QGroupBox;
     fraMsg->setObjectName("fraMsg");
     auto* inner = new QVBoxLayout(fraMsg);
@@ -29,6 +52,9 @@ MessageWindow::MessageWindow() {
     lblAutoCheck->setObjectName("lblAutoCheck");
     inner->addWidget(lblAutoCheck);
     layout->addWidget(fraMsg);
+    // Keeps the window as wide as its title bar needs.
+    titleStrut = new QSpacerItem(0, 0, QSizePolicy::Minimum, QSizePolicy::Fixed);
+    layout->addItem(titleStrut);
 
     auto* row = new QHBoxLayout;
     imgHourGlass = new QLabel;
@@ -57,16 +83,31 @@ MessageWindow::~MessageWindow() {
 
 void MessageWindow::setCaption(const QString& caption) {
     window->setWindowTitle(caption);
+    fit();
 }
 
 void MessageWindow::setHeadline(const QString& headline) {
     fraMsg->setTitle(headline);
+    fit();
 }
 
-void MessageWindow::setAccountLines(const QString& text, int lines) {
+void MessageWindow::setAccountLines(const QString& text, int) {
+    // The label is as high as all its lines, the heading above the accounts
+    // included; the caller's count is of the accounts alone.
     lblMsg->setText(QString(text).replace(QLatin1String("\r\n"), QLatin1String("\n")).trimmed());
-    // As high as its lines; what does not fit is cut off.
-    lblMsg->setFixedHeight(lblMsg->fontMetrics().lineSpacing() * qMax(1, lines) + 4);
+    fit();
+}
+
+void MessageWindow::fit() {
+    const QMargins margins = layout->contentsMargins();
+    titleStrut->changeSize(
+        qMax(0, TitleWidth(window, window->windowTitle()) - margins.left() - margins.right()), 0,
+        QSizePolicy::Minimum, QSizePolicy::Fixed);
+    // A label's new text reaches the window's layout only through the frame's
+    // layout; both are measured again now, not when the events come round.
+    fraMsg->layout()->invalidate();
+    fraMsg->updateGeometry();
+    layout->activate();
     window->adjustSize();
 }
 
@@ -81,6 +122,7 @@ void MessageWindow::setCountdown(int seconds) {
 
 void MessageWindow::setNextCheck(const QString& text) {
     lblAutoCheck->setText(text);
+    fit();
 }
 
 void MessageWindow::setStayOnTop(bool onTop) {

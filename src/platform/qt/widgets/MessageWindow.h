@@ -7,6 +7,8 @@
 
 class QGroupBox;
 class QLabel;
+class QSpacerItem;
+class QVBoxLayout;
 
 namespace velmora {
 
@@ -32,7 +34,12 @@ public:
     QWidget* widget() const { return window; }
 
 private:
+    // Sizes the window to its texts and its title.
+    void fit();
+
     QPointer<QWidget> window;
+    QVBoxLayout* layout = nullptr;
+    QSpacerItem* titleStrut = nullptr;
     QGroupBox* fraMsg = nullptr;
     QLabel* lblMsg = nullptr;
     QLabel* lblAutoCheck = nullptr;

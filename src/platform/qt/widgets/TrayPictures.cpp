@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QPainterPath>
 
+#include <cstdio>
+
 namespace velmora::TrayPictures {
 
 namespace {
@@ -133,6 +135,14 @@ QIcon Icon(const QList<int>& stack) {
     if (it != cache.constEnd())
         return *it;
     ++drawn;
+    // For measuring: each drawing of a stack, one line on standard error.
+    static const bool trace = qEnvironmentVariableIsSet("VELMORA_TRACE_DRAWS");
+    if (trace) {
+        QStringList layers;
+        for (int layer : stack)
+            layers << QString::number(layer);
+        std::fprintf(stderr, "velmora: tray picture drawn: %s\n", qPrintable(layers.join(' ')));
+    }
     QIcon icon;
     // Each size is drawn for itself so that thin lines stay on whole pixels;
     // the large ones serve scaled screens.

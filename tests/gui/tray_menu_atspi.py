@@ -1,0 +1,124 @@
+#!/usr/bin/python3
+"""The tray menu as assistive technology sees it.
+
+Run inside its own session bus (dbus-run-session): starts Xvfb, trayer, the
+accessibility bus and velmora on a sandboxed home, opens the tray menu with
+a right click and reads the menu's entries over AT-SPI. Each entry must be
+reachable by its caption as shown: no "|#key" suffix, no "&" marker.
+"""
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+EXPECTED = ["Show Velmora...", "Check All", "New Message", "Start Email Client",
+            "Auto Check - On", "Sounds - On", "Options...", "Menu Colours...", "Updates",
+            "About...", "Help", "Quit Application"]
+
+
+def fail(message):
+    print(f"FAIL: {message}", flush=True)
+    sys.exit(1)
+
+
+def wait_for(what, test, seconds=15):
+    deadline = time.monotonic() + seconds
+    while time.monotonic() < deadline:
+        value = test()
+        if value:
+            return value
+        time.sleep(0.1)
+    fail(f"timed out waiting for {what}")
+
+
+def tray_entry(env):
+    tree = subprocess.run(["xwininfo", "-root", "-tree"], env=env, capture_output=True,
+                          text=True).stdout.splitlines()
+    in_panel = False
+    for line in tree:
+        if '("panel" "trayer")' in line:
+            in_panel = True
+        elif in_panel and '("velmora" "Velmora")' in line:
+            return line.split()[0]
+    return None
+
+
+def main():
+    velmora = os.path.join(os.environ["VELMORA_BIN_DIR"], "velmora")
+    launcher = "/usr/libexec/at-spi-bus-launcher"
+    for tool in ("Xvfb", "trayer", "xdotool", "xwininfo", launcher):
+        if not shutil.which(tool):
+            fail(f"{tool} is missing: scripts/install-deps installs it")
+    work = tempfile.mkdtemp(prefix="vatspi")
+    children = []
+    try:
+        number = next(n for n in range(160, 260) if not os.path.exists(f"/tmp/.X11-unix/X{n}")
+                      and not os.path.exists(f"/tmp/.X{n}-lock"))
+        env = dict(os.environ, DISPLAY=f":{number}", QT_QPA_PLATFORM="xcb",
+                   QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", HOME=work)
+        for sub in ("config", "data", "runtime", "tmp"):
+            os.makedirs(os.path.join(work, sub), mode=0o700)
+        env.update(XDG_CONFIG_HOME=f"{work}/config", XDG_DATA_HOME=f"{work}/data",
+                   XDG_RUNTIME_DIR=f"{work}/runtime", TMPDIR=f"{work}/tmp")
+        os.makedirs(f"{work}/config/Kestrum")
+        with open(f"{work}/config/Kestrum/Velmora.conf", "w") as f:
+            f.write("[Settings]\nFirstUse=1\nOptions\\MinimizeStartUp=1\nOptions\\UseInterval=1\n"
+                    "Options\\RunStartUp=0\n")
+        os.environ["DISPLAY"] = env["DISPLAY"]
+
+        children.append(subprocess.Popen(["Xvfb", env["DISPLAY"], "-screen", "0", "1024x768x24",
+                                          "-nolisten", "tcp"], stderr=subprocess.DEVNULL))
+        wait_for("Xvfb", lambda: os.path.exists(f"/tmp/.X11-unix/X{number}"))
+        children.append(subprocess.Popen([launcher, "--launch-immediately"], env=env,
+                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
+        children.append(subprocess.Popen(["trayer", "--edge", "bottom", "--align", "right",
+                                          "--widthtype", "pixel", "--width", "120",
+                                          "--heighttype", "pixel", "--height", "32"],
+                                         env=env, stderr=subprocess.DEVNULL))
+        time.sleep(1)
+        # Only now: the library finds the accessibility bus when it loads.
+        import pyatspi
+        app = subprocess.Popen([velmora], env=env, cwd=work)
+        children.append(app)
+        entry = wait_for("the tray entry in trayer's panel", lambda: tray_entry(env))
+
+        seen = []
+
+        def on_showing(event):
+            source = event.source
+            if source.getRoleName() != "popup menu" or not event.detail1:
+                return
+            seen.extend(source.getChildAtIndex(i).name for i in range(source.childCount)
+                        if source.getChildAtIndex(i).getRoleName() == "menu item")
+            pyatspi.Registry.stop()
+
+        pyatspi.Registry.registerEventListener(on_showing, "object:state-changed:showing")
+        click = ["xdotool", "mousemove", "--window", entry, "8", "8", "click", "3"]
+        timers = [threading.Timer(1.0, lambda: subprocess.run(click, env=env)),
+                  threading.Timer(20.0, pyatspi.Registry.stop)]
+        for timer in timers:
+            timer.daemon = True
+            timer.start()
+        pyatspi.Registry.start()
+        for timer in timers:
+            timer.cancel()
+
+        if seen != EXPECTED:
+            fail(f"menu entries over AT-SPI: {seen}")
+        print(f"PASS: {len(seen)} tray menu entries reachable by caption", flush=True)
+    finally:
+        for child in reversed(children):
+            if child.poll() is None:
+                child.terminate()
+                try:
+                    child.wait(5)
+                except subprocess.TimeoutExpired:
+                    child.kill()
+        shutil.rmtree(work, ignore_errors=True)
+
+
+if __name__ == "__main__":
+    main()
