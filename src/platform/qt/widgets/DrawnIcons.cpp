@@ -7,6 +7,7 @@
 #include <QPixmapCache>
 #include <QtMath>
 
+#include <initializer_list>
 #include <optional>
 
 namespace velmora::DrawnIcons {
@@ -77,28 +78,54 @@ QPen Line(const QColor& colour, qreal width = Stroke) {
     return QPen(colour, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
 }
 
+// A line through the points in order, left open.
+QPainterPath Polyline(std::initializer_list<QPointF> points) {
+    QPainterPath path;
+    for (const QPointF& point : points) {
+        if (path.elementCount() == 0)
+            path.moveTo(point);
+        else
+            path.lineTo(point);
+    }
+    return path;
+}
+
+// The same, closed back to the first point.
+QPainterPath Polygon(std::initializer_list<QPointF> points) {
+    QPainterPath path = Polyline(points);
+    path.closeSubpath();
+    return path;
+}
+
+// Draws the path and leaves the pen and brush set, as the next strokes of a
+// pictogram often carry on with them.
+void DrawPath(QPainter& p, const QPainterPath& path, const QPen& line, const QBrush& fill) {
+    p.setPen(line);
+    p.setBrush(fill);
+    p.drawPath(path);
+}
+
+// An X of two strokes, `reach` from the centre along each axis.
+void DrawCross(QPainter& p, const QPointF& centre, qreal reach, const QPen& line) {
+    p.setPen(line);
+    p.drawLine(centre + QPointF(-reach, -reach), centre + QPointF(reach, reach));
+    p.drawLine(centre + QPointF(reach, -reach), centre + QPointF(-reach, reach));
+}
+
 void DrawEnvelope(QPainter& p, const QRectF& body, const QColor& fill, const QColor& line) {
     p.setPen(Line(line));
     p.setBrush(fill);
     p.drawRoundedRect(body, 2, 2);
-    QPainterPath flap;
-    flap.moveTo(body.left() + 1.5, body.top() + 1.5);
-    flap.lineTo(body.center().x(), body.top() + body.height() * 0.58);
-    flap.lineTo(body.right() - 1.5, body.top() + 1.5);
-    p.setBrush(Qt::NoBrush);
-    p.drawPath(flap);
+    const qreal top = body.top() + 1.5;
+    DrawPath(p,
+             Polyline({{body.left() + 1.5, top},
+                       {body.center().x(), body.top() + body.height() * 0.58},
+                       {body.right() - 1.5, top}}),
+             Line(line), Qt::NoBrush);
 }
 
 void DrawBin(QPainter& p) {
-    p.setPen(Line(Ink));
-    p.setBrush(Metal);
-    QPainterPath body;
-    body.moveTo(7.5, 10);
-    body.lineTo(24.5, 10);
-    body.lineTo(22.5, 29);
-    body.lineTo(9.5, 29);
-    body.closeSubpath();
-    p.drawPath(body);
+    DrawPath(p, Polygon({{7.5, 10}, {24.5, 10}, {22.5, 29}, {9.5, 29}}), Line(Ink), Metal);
     p.setBrush(Metal.lighter(115));
     p.drawRoundedRect(QRectF(5, 6, 22, 4), 1, 1);
     p.setBrush(Qt::NoBrush);
@@ -111,17 +138,8 @@ void DrawBin(QPainter& p) {
 }
 
 void DrawFolderBack(QPainter& p, qreal right) {
-    QPainterPath back;
-    back.moveTo(3, 26.5);
-    back.lineTo(3, 6);
-    back.lineTo(11.5, 6);
-    back.lineTo(14, 8.5);
-    back.lineTo(right, 8.5);
-    back.lineTo(right, 26.5);
-    back.closeSubpath();
-    p.setPen(Line(Manila.darker(190)));
-    p.setBrush(Manila);
-    p.drawPath(back);
+    DrawPath(p, Polygon({{3, 26.5}, {3, 6}, {11.5, 6}, {14, 8.5}, {right, 8.5}, {right, 26.5}}),
+             Line(Manila.darker(190)), Manila);
 }
 
 // The mail program's folder: a letter in a closed folder.
@@ -138,15 +156,8 @@ void DrawOpenFolder(QPainter& p) {
     p.setPen(Line(Ink, 1.5));
     p.setBrush(Paper);
     p.drawRect(QRectF(7, 5, 16, 14));
-    QPainterPath front;
-    front.moveTo(3, 26.5);
-    front.lineTo(8, 14);
-    front.lineTo(30.5, 14);
-    front.lineTo(26, 26.5);
-    front.closeSubpath();
-    p.setPen(Line(Manila.darker(190)));
-    p.setBrush(Manila.lighter(118));
-    p.drawPath(front);
+    DrawPath(p, Polygon({{3, 26.5}, {8, 14}, {30.5, 14}, {26, 26.5}}), Line(Manila.darker(190)),
+             Manila.lighter(118));
 }
 
 void DrawMagnifier(QPainter& p) {
@@ -165,17 +176,8 @@ void DrawReply(QPainter& p) {
     QPainterPath stem;
     stem.moveTo(28, 27);
     stem.cubicTo(28, 17, 22, 13, 12, 13);
-    p.setPen(QPen(Blue, 4.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    p.setBrush(Qt::NoBrush);
-    p.drawPath(stem);
-    QPainterPath head;
-    head.moveTo(3, 13);
-    head.lineTo(13, 4);
-    head.lineTo(13, 22);
-    head.closeSubpath();
-    p.setPen(Line(Blue, 1.5));
-    p.setBrush(Blue);
-    p.drawPath(head);
+    DrawPath(p, stem, Line(Blue, 4.5), Qt::NoBrush);
+    DrawPath(p, Polygon({{3, 13}, {13, 4}, {13, 22}}), Line(Blue, 1.5), Blue);
 }
 
 void DrawStop(QPainter& p) {
@@ -211,9 +213,7 @@ void DrawHelp(QPainter& p) {
     hook.arcMoveTo(QRectF(11, 6.5, 10, 10), 160);
     hook.arcTo(QRectF(11, 6.5, 10, 10), 160, -235);
     hook.lineTo(16, 19);
-    p.setPen(Line(Paper, 3.2));
-    p.setBrush(Qt::NoBrush);
-    p.drawPath(hook);
+    DrawPath(p, hook, Line(Paper, 3.2), Qt::NoBrush);
     p.setPen(Qt::NoPen);
     p.setBrush(Paper);
     p.drawEllipse(QPointF(16, 24), 2, 2);
@@ -232,16 +232,8 @@ void DrawInfo(QPainter& p) {
 }
 
 void DrawFloppy(QPainter& p) {
-    QPainterPath body;
-    body.moveTo(4, 4);
-    body.lineTo(23.5, 4);
-    body.lineTo(28, 8.5);
-    body.lineTo(28, 28);
-    body.lineTo(4, 28);
-    body.closeSubpath();
-    p.setPen(Line(Blue.darker(170)));
-    p.setBrush(Blue);
-    p.drawPath(body);
+    DrawPath(p, Polygon({{4, 4}, {23.5, 4}, {28, 8.5}, {28, 28}, {4, 28}}), Line(Blue.darker(170)),
+             Blue);
     p.setPen(Line(Blue.darker(170), 1.5));
     p.setBrush(Metal.lighter(120));
     p.drawRect(QRectF(9.5, 4, 12, 8));
@@ -255,9 +247,7 @@ void DrawFloppy(QPainter& p) {
 
 void DrawCancel(QPainter& p) {
     DrawDisc(p, Red);
-    p.setPen(Line(Paper, 3.5));
-    p.drawLine(QPointF(10.5, 10.5), QPointF(21.5, 21.5));
-    p.drawLine(QPointF(21.5, 10.5), QPointF(10.5, 21.5));
+    DrawCross(p, QPointF(16, 16), 5.5, Line(Paper, 3.5));
 }
 
 void DrawClose(QPainter& p) {
@@ -266,9 +256,7 @@ void DrawClose(QPainter& p) {
     p.drawRoundedRect(QRectF(3, 4, 26, 24), 2, 2);
     p.setBrush(Ink);
     p.drawRect(QRectF(3, 4, 26, 5));
-    p.setPen(Line(Red, 3));
-    p.drawLine(QPointF(11.5, 13.5), QPointF(20.5, 22.5));
-    p.drawLine(QPointF(20.5, 13.5), QPointF(11.5, 22.5));
+    DrawCross(p, QPointF(16, 18), 4.5, Line(Red, 3));
 }
 
 void DrawGear(QPainter& p) {
@@ -286,9 +274,7 @@ void DrawGear(QPainter& p) {
     gear.closeSubpath();
     gear.addEllipse(QPointF(16, 16), 4.5, 4.5);
     gear.setFillRule(Qt::OddEvenFill);
-    p.setPen(Line(Ink));
-    p.setBrush(Metal);
-    p.drawPath(gear);
+    DrawPath(p, gear, Line(Ink), Metal);
 }
 
 void DrawGlobe(QPainter& p) {
@@ -317,11 +303,7 @@ void DrawCorners(QPainter& p) {
     for (const QPointF& c : {QPointF(4, 4), QPointF(28, 4), QPointF(28, 28), QPointF(4, 28)}) {
         const qreal dx = c.x() < 16 ? 7 : -7;
         const qreal dy = c.y() < 16 ? 7 : -7;
-        QPainterPath l;
-        l.moveTo(c.x() + dx, c.y());
-        l.lineTo(c);
-        l.lineTo(c.x(), c.y() + dy);
-        p.drawPath(l);
+        p.drawPath(Polyline({{c.x() + dx, c.y()}, c, {c.x(), c.y() + dy}}));
     }
 }
 
@@ -339,31 +321,13 @@ void DrawPeople(QPainter& p) {
 }
 
 void DrawFunnel(QPainter& p) {
-    QPainterPath funnel;
-    funnel.moveTo(3, 5);
-    funnel.lineTo(29, 5);
-    funnel.lineTo(19, 17);
-    funnel.lineTo(19, 26);
-    funnel.lineTo(13, 29);
-    funnel.lineTo(13, 17);
-    funnel.closeSubpath();
-    p.setPen(Line(Purple.darker(170)));
-    p.setBrush(Purple);
-    p.drawPath(funnel);
+    DrawPath(p, Polygon({{3, 5}, {29, 5}, {19, 17}, {19, 26}, {13, 29}, {13, 17}}),
+             Line(Purple.darker(170)), Purple);
 }
 
 void DrawSpeaker(QPainter& p) {
-    QPainterPath body;
-    body.moveTo(3.5, 12);
-    body.lineTo(9, 12);
-    body.lineTo(16, 5.5);
-    body.lineTo(16, 26.5);
-    body.lineTo(9, 20);
-    body.lineTo(3.5, 20);
-    body.closeSubpath();
-    p.setPen(Line(Ink));
-    p.setBrush(Metal);
-    p.drawPath(body);
+    DrawPath(p, Polygon({{3.5, 12}, {9, 12}, {16, 5.5}, {16, 26.5}, {9, 20}, {3.5, 20}}), Line(Ink),
+             Metal);
 }
 
 void DrawSpeakerOn(QPainter& p) {
@@ -376,9 +340,7 @@ void DrawSpeakerOn(QPainter& p) {
 
 void DrawSpeakerOff(QPainter& p) {
     DrawSpeaker(p);
-    p.setPen(Line(Red, 3));
-    p.drawLine(QPointF(20.5, 11.5), QPointF(28.5, 19.5));
-    p.drawLine(QPointF(28.5, 11.5), QPointF(20.5, 19.5));
+    DrawCross(p, QPointF(24.5, 15.5), 4, Line(Red, 3));
 }
 
 void DrawClock(QPainter& p) {
@@ -395,9 +357,7 @@ void DrawPalette(QPainter& p) {
     board.addEllipse(QRectF(2.5, 5, 27, 22));
     board.addEllipse(QPointF(11, 20.5), 2.8, 2.8);
     board.setFillRule(Qt::OddEvenFill);
-    p.setPen(Line(QColor(140, 95, 45)));
-    p.setBrush(QColor(236, 204, 150));
-    p.drawPath(board);
+    DrawPath(p, board, Line(QColor(140, 95, 45)), QColor(236, 204, 150));
     struct Dab {
         QPointF at;
         QColor colour;
@@ -419,11 +379,8 @@ void DrawArrow(QPainter& p, const QPointF& from, const QPointF& to, const QColor
     p.setBrush(Qt::NoBrush);
     p.drawLine(from, to);
     const qreal dir = to.y() > from.y() ? -1 : 1;
-    QPainterPath head;
-    head.moveTo(to.x() - 5.5, to.y() + dir * 5.5);
-    head.lineTo(to);
-    head.lineTo(to.x() + 5.5, to.y() + dir * 5.5);
-    p.drawPath(head);
+    p.drawPath(
+        Polyline({{to.x() - 5.5, to.y() + dir * 5.5}, to, {to.x() + 5.5, to.y() + dir * 5.5}}));
 }
 
 // An account's test: sending and receiving.
@@ -433,14 +390,8 @@ void DrawTransfer(QPainter& p) {
 }
 
 void DrawImport(QPainter& p) {
-    QPainterPath tray;
-    tray.moveTo(3.5, 17);
-    tray.lineTo(3.5, 28);
-    tray.lineTo(28.5, 28);
-    tray.lineTo(28.5, 17);
-    p.setPen(Line(Slate, 3));
-    p.setBrush(Qt::NoBrush);
-    p.drawPath(tray);
+    DrawPath(p, Polyline({{3.5, 17}, {3.5, 28}, {28.5, 28}, {28.5, 17}}), Line(Slate, 3),
+             Qt::NoBrush);
     DrawArrow(p, QPointF(16, 3), QPointF(16, 22), Blue, 3.5);
 }
 
@@ -455,44 +406,18 @@ void DrawRename(QPainter& p) {
     p.drawRect(QRectF(-9, -3.5, 16, 7));
     p.setBrush(QColor(230, 140, 150));
     p.drawRect(QRectF(7, -3.5, 4, 7));
-    QPainterPath tip;
-    tip.moveTo(-9, -3.5);
-    tip.lineTo(-16, 0);
-    tip.lineTo(-9, 3.5);
-    tip.closeSubpath();
-    p.setBrush(Paper);
-    p.drawPath(tip);
+    DrawPath(p, Polygon({{-9, -3.5}, {-16, 0}, {-9, 3.5}}), Line(Ink, 1.5), Paper);
     p.restore();
 }
 
 void DrawSortArrow(QPainter& p, bool descending) {
-    p.setPen(Qt::NoPen);
-    p.setBrush(QColor(90, 90, 90));
-    QPainterPath path;
-    if (descending) {
-        path.moveTo(8, 11);
-        path.lineTo(24, 11);
-        path.lineTo(16, 22);
-    } else {
-        path.moveTo(8, 22);
-        path.lineTo(24, 22);
-        path.lineTo(16, 11);
-    }
-    path.closeSubpath();
-    p.drawPath(path);
+    const qreal base = descending ? 11 : 22;
+    const qreal tip = descending ? 22 : 11;
+    DrawPath(p, Polygon({{8, base}, {24, base}, {16, tip}}), Qt::NoPen, QColor(90, 90, 90));
 }
 
 void DrawPage(QPainter& p) {
-    QPainterPath page;
-    page.moveTo(7, 3);
-    page.lineTo(19, 3);
-    page.lineTo(25, 9);
-    page.lineTo(25, 29);
-    page.lineTo(7, 29);
-    page.closeSubpath();
-    p.setPen(Line(Ink));
-    p.setBrush(Paper);
-    p.drawPath(page);
+    DrawPath(p, Polygon({{7, 3}, {19, 3}, {25, 9}, {25, 29}, {7, 29}}), Line(Ink), Paper);
     p.drawLine(QPointF(19, 3), QPointF(19, 9));
     p.drawLine(QPointF(19, 9), QPointF(25, 9));
 }
@@ -506,30 +431,17 @@ void DrawClip(QPainter& p) {
     clip.lineTo(27, 10);
     clip.arcTo(QRectF(23, 8, 4, 4), 0, 180);
     clip.lineTo(23, 24);
-    p.setBrush(Qt::NoBrush);
-    p.setPen(Line(Paper, 4.5));
-    p.drawPath(clip);
-    p.setPen(Line(Ink, 2));
-    p.drawPath(clip);
+    // A paper rim first, so the clip stands off the envelope.
+    DrawPath(p, clip, Line(Paper, 4.5), Qt::NoBrush);
+    DrawPath(p, clip, Line(Ink, 2), Qt::NoBrush);
 }
 
 // A bold arrow rather than a disc: at 16 px a disc's arrow reads as a plus.
 void DrawDownArrow(QPainter& p) {
-    QPainterPath arrow;
-    arrow.moveTo(21.5, 12);
-    arrow.lineTo(26.5, 12);
-    arrow.lineTo(26.5, 20);
-    arrow.lineTo(31, 20);
-    arrow.lineTo(24, 30);
-    arrow.lineTo(17, 20);
-    arrow.lineTo(21.5, 20);
-    arrow.closeSubpath();
-    p.setPen(Line(Paper, 3));
-    p.setBrush(Paper);
-    p.drawPath(arrow);
-    p.setPen(Line(Green.darker(140), 1.5));
-    p.setBrush(Green);
-    p.drawPath(arrow);
+    const QPainterPath arrow =
+        Polygon({{21.5, 12}, {26.5, 12}, {26.5, 20}, {31, 20}, {24, 30}, {17, 20}, {21.5, 20}});
+    DrawPath(p, arrow, Line(Paper, 3), Paper);
+    DrawPath(p, arrow, Line(Green.darker(140), 1.5), Green);
 }
 
 void DrawMark(QPainter& p, Mark mark) {
@@ -557,17 +469,11 @@ void DrawMark(QPainter& p, Mark mark) {
         p.drawLine(c + QPointF(0, -5), c + QPointF(0, 5));
         break;
     case Mark::Cross:
-        p.drawLine(c + QPointF(-3.5, -3.5), c + QPointF(3.5, 3.5));
-        p.drawLine(c + QPointF(3.5, -3.5), c + QPointF(-3.5, 3.5));
+        DrawCross(p, c, 3.5, Line(Paper, 2.5));
         break;
-    case Mark::Tick: {
-        QPainterPath tick;
-        tick.moveTo(c + QPointF(-4, 0.3));
-        tick.lineTo(c + QPointF(-1, 3.3));
-        tick.lineTo(c + QPointF(4, -2.8));
-        p.drawPath(tick);
+    case Mark::Tick:
+        p.drawPath(Polyline({c + QPointF(-4, 0.3), c + QPointF(-1, 3.3), c + QPointF(4, -2.8)}));
         break;
-    }
     case Mark::Warning:
         p.drawLine(c + QPointF(0, -4.5), c + QPointF(0, 0.8));
         p.setPen(Qt::NoPen);
