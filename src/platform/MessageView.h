@@ -16,7 +16,8 @@ public:
 
     virtual void setCaption(const QString& caption) = 0;
     virtual void setHeadline(const QString& headline) = 0;
-    // The account lines, and how many lines high the label is.
+    // The account lines, heading first, and the number of accounts; the
+    // window sizes itself to the text.
     virtual void setAccountLines(const QString& text, int lines) = 0;
     virtual void setCountdownVisible(bool visible) = 0;
     virtual void setCountdown(int seconds) = 0;
