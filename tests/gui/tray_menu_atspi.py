@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The tray menu as assistive technology sees it.
+"""The tray menu and the main window as assistive technology sees them.
 
 Run inside its own session bus (dbus-run-session): starts Xvfb, trayer, the
 accessibility bus and velmora on a sandboxed home, opens the tray menu with
@@ -32,6 +32,35 @@ def wait_for(what, test, seconds=15):
             return value
         time.sleep(0.1)
     fail(f"timed out waiting for {what}")
+
+
+# Main buttons, the page's buttons, the tab of an empty strip and a status
+# panel, by what they show.
+WINDOW_NAMES = ["Email", "Accounts", "Rules", "Options", "Quit", "Size", "Help", "Close",
+                "Check All", "Start Email Client", "No account",
+                "No Accounts have been created..."]
+
+
+def window_names(pyatspi):
+    """The names of everything showing in velmora's frames; None until the
+    main window is there."""
+    desktop = pyatspi.Registry.getDesktop(0)
+    for app in (desktop.getChildAtIndex(i) for i in range(desktop.childCount)):
+        if app is None or app.name.lower() != "velmora":
+            continue
+        names = set()
+
+        def walk(node, depth=0):
+            if node is None or depth > 40:
+                return
+            if node.name:
+                names.add(node.name.strip())
+            for i in range(node.childCount):
+                walk(node.getChildAtIndex(i), depth + 1)
+
+        walk(app)
+        return names if "Check All" in names else None
+    return None
 
 
 def tray_entry(env):
@@ -86,13 +115,16 @@ def main():
         entry = wait_for("the tray entry in trayer's panel", lambda: tray_entry(env))
 
         seen = []
+        shown = []
 
         def on_showing(event):
             source = event.source
             if source.getRoleName() != "popup menu" or not event.detail1:
                 return
-            seen.extend(source.getChildAtIndex(i).name for i in range(source.childCount)
-                        if source.getChildAtIndex(i).getRoleName() == "menu item")
+            items = [source.getChildAtIndex(i) for i in range(source.childCount)]
+            items = [item for item in items if item.getRoleName() == "menu item"]
+            seen.extend(item.name for item in items)
+            shown.extend(items)
             pyatspi.Registry.stop()
 
         pyatspi.Registry.registerEventListener(on_showing, "object:state-changed:showing")
@@ -109,6 +141,15 @@ def main():
         if seen != EXPECTED:
             fail(f"menu entries over AT-SPI: {seen}")
         print(f"PASS: {len(seen)} tray menu entries reachable by caption", flush=True)
+
+        # Show the window through the menu's first entry, then find its
+        # controls by the names a screen reader would speak.
+        shown[0].queryAction().doAction(0)
+        names = wait_for("the main window's controls", lambda: window_names(pyatspi))
+        missing = [n for n in WINDOW_NAMES if n not in names]
+        if missing:
+            fail(f"not reachable by name over AT-SPI: {missing}; found {sorted(names)}")
+        print(f"PASS: {len(WINDOW_NAMES)} window controls reachable by caption", flush=True)
     finally:
         for child in reversed(children):
             if child.poll() is None:
