@@ -90,8 +90,6 @@ void DovecotSessionTest::connectionTest_data() {
     row("plain", false, false, "secret", "");
     row("tls", true, true, "secret", "");
     row("wrong password", false, false, "wrong", "30007 - ");
-    row("security on the plain port", false, true, "secret",
-        "60000 - SSL Handshake Error: This may be caused by using SSL on the\r\nwrong Port.");
     row("plain on the TLS port", true, false, "secret", "100");
 }
 
