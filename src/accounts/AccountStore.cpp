@@ -2,8 +2,10 @@
 
 #include "options/Setting.h"
 #include "platform/Files.h"
+#include "platform/SettingsStore.h"
 
 #include <limits>
+#include <utility>
 
 namespace velmora {
 
@@ -90,6 +92,66 @@ void AccountStore::CopyAccountToEdit(int n) {
         else
             edit.*f.editNumber = row.*f.acntNumber;
     }
+}
+
+void AccountStore::DeleteAccountFields(SettingsStore& settings, int n) const {
+    const QString number = QString::number(n);
+    for (const Field& f : fields())
+        settings.DeleteSetting(setting::AppPath, setting::SectionSettings, f.key + number);
+}
+
+bool AccountStore::StoredAsShown(SettingsStore& settings, int n) const {
+    const Account& row = rows[n];
+    const QString number = QString::number(n);
+    for (const Field& f : fields()) {
+        const QString value = f.acntText ? row.*f.acntText : QString::number(row.*f.acntNumber);
+        // A marker no field holds tells an absent key from a blank one.
+        const QString absent(QChar(1));
+        if (settings.GetSetting(setting::AppPath, setting::SectionSettings, f.key + number,
+                                absent) != value)
+            return false;
+    }
+    return true;
+}
+
+namespace {
+
+// What travels with an account when it changes number.
+template <typename Visit> void Travelling(Account& a, Account& b, Visit visit) {
+    visit(a.AcntEnabled, b.AcntEnabled);
+    visit(a.AcntName, b.AcntName);
+    visit(a.AcntServer, b.AcntServer);
+    visit(a.AcntSecure, b.AcntSecure);
+    visit(a.AcntPort, b.AcntPort);
+    visit(a.AcntLoginID, b.AcntLoginID);
+    visit(a.AcntPassword, b.AcntPassword);
+    visit(a.AcntColour, b.AcntColour);
+    visit(a.AcntColourIndex, b.AcntColourIndex);
+    visit(a.AcntClient, b.AcntClient);
+    visit(a.AcntSound, b.AcntSound);
+    visit(a.AcntSoundOn, b.AcntSoundOn);
+    visit(a.AcntStatusText, b.AcntStatusText);
+    visit(a.AcntLastCheckTime, b.AcntLastCheckTime);
+    visit(a.AcntLastCheckText, b.AcntLastCheckText);
+    visit(a.AcntNewCount, b.AcntNewCount);
+    visit(a.AcntPrevCount, b.AcntPrevCount);
+    visit(a.AcntSpamCount, b.AcntSpamCount);
+    visit(a.AcntDeleteCount, b.AcntDeleteCount);
+    visit(a.AcntConnected, b.AcntConnected);
+    visit(a.AcntChecked, b.AcntChecked);
+    visit(a.AcntHasMessages, b.AcntHasMessages);
+    visit(a.AcntHasNew, b.AcntHasNew);
+}
+
+} // namespace
+
+void AccountStore::CopyRow(int from, int to) {
+    Travelling(rows[to], rows[from], [](auto& target, auto& source) { target = source; });
+    rows[to].AcntMsgCount = rows[from].AcntMsgCount;
+}
+
+void AccountStore::SwapRows(int a, int b) {
+    Travelling(rows[a], rows[b], [](auto& x, auto& y) { std::swap(x, y); });
 }
 
 void AccountStore::ResetRunTimeValues(int n, const QString& timeOfDay) {

@@ -31,6 +31,13 @@ public:
     int AcntNum = 0;
     int AcntCurrent = 0;
 
+    // The Accounts page: its controls differ from the record; a tab
+    // change, add or delete is under way (the strip's clicks are the
+    // program's own); the controls are being filled.
+    bool AcntDirty = false;
+    bool AcntBusy = false;
+    bool AcntPageLoading = false;
+
     Account& operator[](int n) { return rows[n]; }
     const Account& operator[](int n) const { return rows[n]; }
     AccountEdit& edit(int n) { return edits[n]; }
@@ -42,6 +49,17 @@ public:
     void SaveAccountFields(SettingsStore& settings, int n) const;
     void BlankAccountRow();
     void CopyAccountToEdit(int n);
+    // Removes the twelve keys of number n.
+    void DeleteAccountFields(SettingsStore& settings, int n) const;
+    // Whether the tree holds the twelve fields of n as the row has them:
+    // a write the store could not make leaves the old values.
+    bool StoredAsShown(SettingsStore& settings, int n) const;
+
+    // Row `from` over row `to`, and two rows exchanged: the persisted
+    // fields and the run-time values that travel with an account. Whether
+    // client and sound are valid stays with the number.
+    void CopyRow(int from, int to);
+    void SwapRows(int a, int b);
 
     // Counters, flags and texts of a freshly loaded account.
     void ResetRunTimeValues(int n, const QString& timeOfDay);

@@ -15,6 +15,9 @@
 #include "platform/StateView.h"
 
 #include <QEventLoop>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTextStream>
 #include <QTimer>
 
@@ -26,7 +29,8 @@ const char* const kUsage =
     "usage: velmora-cli <command> [options]\n"
     "\n"
     "commands:\n"
-    "  accounts                 list the accounts of the settings store\n"
+    "  accounts [--json]        list the accounts of the settings store, passwords\n"
+    "                           shown as ********\n"
     "  test N [--json]          test the connection of account N and print the\n"
     "                           boxes the desktop program would show\n"
     "  check [--json] [--auto] [--account N] [--repeat K] [--pause MS]\n"
@@ -97,17 +101,41 @@ void LoadStoresAndTell(AppContext& ctx, RecordedBoxes& boxes, QTextStream& err) 
     boxes.boxes.clear();
 }
 
+// A password is never printed, only whether there is one.
+QString Masked(const QString& password) {
+    return password.isEmpty() ? QString() : QStringLiteral("********");
+}
+
 int Accounts(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& out,
              QTextStream& err) {
+    const bool json = Flag(args, "--json");
     if (!args.isEmpty())
-        throw Usage{QStringLiteral("accounts takes no arguments")};
+        throw Usage{QStringLiteral("accounts takes no arguments but --json")};
     LoadStoresAndTell(ctx, boxes, err);
+    QJsonArray list;
     for (int n = 1; n <= ctx.accounts.AcntNum; ++n) {
         const Account& a = ctx.accounts[n];
+        if (json) {
+            QJsonObject o{{"number", n}};
+            for (const AccountStore::Field& f : AccountStore::fields()) {
+                if (f.key == QLatin1String("AcntPassword"))
+                    o[f.key] = Masked(a.AcntPassword);
+                else if (f.acntText)
+                    o[f.key] = a.*f.acntText;
+                else
+                    o[f.key] = a.*f.acntNumber;
+            }
+            list.append(o);
+            continue;
+        }
         out << n << "  " << a.AcntName << "  " << a.AcntServer << ":" << a.AcntPort
-            << (a.AcntSecure == 1 ? "  secure" : "") << (a.AcntEnabled == 1 ? "" : "  disabled")
-            << "\n";
+            << (a.AcntSecure == 1 ? "  secure" : "") << (a.AcntEnabled == 1 ? "" : "  disabled");
+        if (!a.AcntLoginID.isEmpty() || !a.AcntPassword.isEmpty())
+            out << "  login " << a.AcntLoginID << " " << Masked(a.AcntPassword);
+        out << "\n";
     }
+    if (json)
+        out << QJsonDocument(list).toJson(QJsonDocument::Compact) << "\n";
     return 0;
 }
 

@@ -31,13 +31,21 @@ QJsonObject ControlJson(const StateView& v, const QString& name) {
     case K::Label:
     case K::Link:
         o["caption"] = v.caption(name);
+        if (name.startsWith(ctl::lblColourBox))
+            o["colour"] = qint64(v.colour(name));
+        break;
+    case K::Frame:
+        o["caption"] = v.caption(name);
         break;
     case K::Header:
         o["image"] = v.image(name);
         break;
     case K::Text:
     case K::Spin:
-        o["text"] = v.text(name);
+        // A password is never printed.
+        o["text"] = name == ctl::txtAcntPassword && !v.text(name).isEmpty()
+                        ? QStringLiteral("********")
+                        : v.text(name);
         break;
     case K::Check:
         o["checked"] = v.checked(name);

@@ -51,6 +51,15 @@ QStringList Containers(const QString& control) {
         return {Element(ctl::fraMain, 0)};
     if (control == ctl::TabStripAcnts)
         return {Element(ctl::fraMain, 1)};
+    if (control.startsWith(ctl::tbrMoveAccounts + '/'))
+        return {ctl::tbrMoveAccounts, Element(ctl::fraMain, 1)};
+    if (control.startsWith(ctl::tbrColour + '/'))
+        return {ctl::tbrColour, Element(ctl::fraMain, 1)};
+    if (control.startsWith(ctl::lblColourBox + '('))
+        return {ctl::fraColourBox, Element(ctl::fraMain, 1)};
+    if (control.startsWith(QLatin1String("txtAcnt")) ||
+        control.startsWith(QLatin1String("chkAcnt")))
+        return {Element(ctl::fraMain, 1)};
     return {};
 }
 
@@ -72,6 +81,7 @@ private:
     void tab(const QString& strip, const QString& number);
     void rightClick(const QString& control, const QString& number);
     void press(const QString& strip, const QString& number);
+    void drag(const QString& strip, const QString& from, const QString& to);
     void rows(const QStringList& numbers);
     void doubleClick(const QString& list, const QString& number);
     void answer(const QString& word);
@@ -222,6 +232,18 @@ void Runner::press(const QString& strip, const QString& number) {
         r.events.TabPress(strip, number.toInt());
 }
 
+void Runner::drag(const QString& strip, const QString& from, const QString& to) {
+    // A held press on FROM, the tick that makes it a drag, the drop on TO.
+    const int target = Number(to, "a tab number");
+    press(strip, from);
+    if (!reachable(strip))
+        return;
+    tick(QStringLiteral("tmrDragTab"), QString());
+    const TabStripView& tabs =
+        r.view.tabs(strip == ctl::TabStripEmail ? TabStrip::Email : TabStrip::Accounts);
+    r.events.TabDrop(strip, from.toInt(), target >= 1 && target <= tabs.count() ? target : 0);
+}
+
 void Runner::rows(const QStringList& numbers) {
     if (numbers.isEmpty())
         throw ScriptError{QStringLiteral("row needs at least one row number")};
@@ -326,6 +348,9 @@ void Runner::line(const QString& raw) {
     } else if (verb == QLatin1String("press")) {
         need(2);
         press(args[0], args[1]);
+    } else if (verb == QLatin1String("drag")) {
+        need(3);
+        drag(args[0], args[1], args[2]);
     } else if (verb == QLatin1String("release")) {
         need(1);
         Expect(args[0], {K::TabStrip});

@@ -1,5 +1,7 @@
 #include "app/frmMain.h"
 
+#include "accounts/AccountEditing.h"
+
 #include "app/Pages.h"
 #include "app/SecondaryWindows.h"
 #include "checking/CheckCycle.h"
@@ -112,6 +114,7 @@ void Form_Load(AppContext& ctx) {
     CreatePopClient(ctx);
     ctx.shell.FormLoading = true;
     ArrangeMainWindow(ctx);
+    ArrangeAccountsPage(ctx);
     v.tray().add();
     v.tray().modify({TrayPlain}, ctx.shell.AppTitle);
 
@@ -119,6 +122,7 @@ void Form_Load(AppContext& ctx) {
 
     const AccountStore& acc = ctx.accounts;
     AddAccountTabs(ctx);
+    ShowAccount(ctx, acc.AcntCurrent);
     if (acc.AcntNum == 0) {
         v.status().setPanelText(1, "No Accounts have been created...");
         ShowNoAccountState(ctx);
@@ -271,6 +275,13 @@ void tmrDragTab_Timer(AppContext& ctx) {
         ctx.view->tabs(TabStrip::Email).beginDrag();
     else if (strip == ctl::TabStripAcnts)
         ctx.view->tabs(TabStrip::Accounts).beginDrag();
+}
+
+void tabStrip_DragDrop(AppContext& ctx, const QString& strip, int target) {
+    ctx.shell.tmrDragTab->setEnabled(false);
+    ctx.shell.DragStrip.clear();
+    AccountTabDropped(ctx, strip == ctl::TabStripEmail ? TabStrip::Email : TabStrip::Accounts,
+                      target);
 }
 
 void tmrStatusBar_Timer(AppContext& ctx) {

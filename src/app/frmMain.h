@@ -39,6 +39,9 @@ void mnuTraySounds_Click(AppContext& ctx);
 void tabStrip_MouseDown(AppContext& ctx, const QString& strip);
 void tabStrip_MouseUp(AppContext& ctx);
 void tmrDragTab_Timer(AppContext& ctx);
+// A dragged tab let go over tab `target` of `strip`: the current account
+// and the target's exchange places.
+void tabStrip_DragDrop(AppContext& ctx, const QString& strip, int target);
 void tmrStatusBar_Timer(AppContext& ctx);
 
 } // namespace frmMain

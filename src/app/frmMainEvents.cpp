@@ -1,5 +1,7 @@
 #include "app/frmMainEvents.h"
 
+#include "accounts/AccountEditing.h"
+
 #include "app/Gate.h"
 #include "app/Pages.h"
 #include "app/StatusBar.h"
@@ -37,6 +39,16 @@ void frmMainEvents::ToolbarButtonClick(const QString& toolbar, const QString& ke
         CheckSingleAccount(ctx);
     else if (toolbar == ctl::tbrAcnts && key == QLatin1String("AcntTest"))
         TestAccountConnection(ctx);
+    else if (toolbar == ctl::tbrAcnts && key == QLatin1String("AcntAdd"))
+        AddAccount(ctx);
+    else if (toolbar == ctl::tbrAcnts && key == QLatin1String("AcntDelete"))
+        DeleteAccount(ctx);
+    else if (toolbar == ctl::tbrColour)
+        tbrColour_Click(ctx);
+    else if (toolbar == ctl::tbrMoveAccounts && key == QLatin1String("Backward"))
+        SwapAccounts(ctx, ctx.accounts.AcntCurrent, -1);
+    else if (toolbar == ctl::tbrMoveAccounts && key == QLatin1String("Forward"))
+        SwapAccounts(ctx, ctx.accounts.AcntCurrent, 1);
     else if (toolbar == ctl::tbrOptAbout && key == QLatin1String("ReadMe"))
         OpenReadMe(ctx);
     else if (toolbar == ctl::tbrOptAbout && key == QLatin1String("Update"))
@@ -96,10 +108,18 @@ void frmMainEvents::TabRelease(const QString& /*strip*/) {
     frmMain::tabStrip_MouseUp(ctx);
 }
 
+void frmMainEvents::TabDrop(const QString& strip, int /*fromTab*/, int toTab) {
+    // The tab dragged is the current account's: the press selected it.
+    if (GateAdmits(ctx, strip))
+        frmMain::tabStrip_DragDrop(ctx, strip, toTab);
+}
+
 void frmMainEvents::LinkClick(const QString& label) {
     if (!GateAdmits(ctx, label))
         return;
-    if (label == ctl::lblAboutWebSite)
+    if (label.startsWith(ctl::lblColourBox + QLatin1Char('(')))
+        lblColourBox_Click(ctx, label.mid(ctl::lblColourBox.size() + 1).chopped(1).toInt());
+    else if (label == ctl::lblAboutWebSite)
         OpenHomePage(ctx);
     else if (label == ctl::lblAboutEmail)
         OpenSupportMail(ctx);
@@ -111,8 +131,7 @@ void frmMainEvents::TabClick(const QString& strip) {
     if (strip == ctl::TabStripEmail) {
         TabStripEmail_Click(ctx);
     } else if (strip == ctl::TabStripAcnts) {
-        if (ctx.accounts.AcntNum > 0)
-            ctx.accounts.AcntCurrent = ctx.view->tabs(TabStrip::Accounts).selected();
+        TabStripAcnts_Click(ctx);
     }
 }
 
@@ -143,6 +162,7 @@ void frmMainEvents::ValueChanged(const QString& control) {
     if (!GateAdmits(ctx, control))
         return;
     // The pages' dirty checks hang here as the pages come.
+    AccountControlChanged(ctx, control);
 }
 
 void frmMainEvents::StatusBarPointer(int panel) {

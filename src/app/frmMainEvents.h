@@ -20,6 +20,7 @@ public:
     void TabClick(const QString& strip) override;
     void TabPress(const QString& strip, int tab) override;
     void TabRelease(const QString& strip) override;
+    void TabDrop(const QString& strip, int fromTab, int toTab) override;
     void LinkClick(const QString& label) override;
     void ListRowClick(int row) override;
     void ListDoubleClick(int row) override;

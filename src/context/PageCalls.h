@@ -14,6 +14,8 @@ void CancelAccountEdit(AppContext& ctx);
 // Rules: the rules are saved; the current rule is shown (again).
 void SaveRules(AppContext& ctx);
 void ShowCurrentRule(AppContext& ctx);
+// The list of accounts a rule can be bound to, after the accounts changed.
+void FillRuleAccounts(AppContext& ctx);
 
 // Options: the working copy is saved, or reloaded from the record; a
 // section of the page is shown by its node, 1 to 6.

@@ -69,6 +69,15 @@ const QVector<ToolbarButton>& ToolbarButtonTable() {
     return table;
 }
 
+const QVector<ToolbarButton>& AccountPageButtons() {
+    static const QVector<ToolbarButton> table = {
+        {"tbrColour", "Colour", "Colour ", "Click to choose the Account Colour"},
+        {"tbrMoveButtons(0)", "Backward", "Backward ", "Move this Account one place Backward"},
+        {"tbrMoveButtons(0)", "Forward", "Forward ", "Move this Account one place Forward"},
+    };
+    return table;
+}
+
 const QStringList& TrayMenuEntries() {
     static const QStringList entries = {
         ctl::mnuTrayShow,      ctl::mnuTrayCheckAll,    ctl::mnuTrayNewMessage,
@@ -107,14 +116,26 @@ const QVector<ControlInfo>& ControlTable() {
             t.append({name, K::Link});
         for (const auto& name : {ctl::mnuTrayPopMenu, ctl::mnuEmailPopMenu})
             t.append({name, K::Menu});
-        for (const auto& name :
-             {ctl::tbrMainButtons, ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules, ctl::tbrOptAbout})
+        for (const auto& name : {ctl::tbrMainButtons, ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules,
+                                 ctl::tbrOptAbout, ctl::tbrColour, ctl::tbrMoveAccounts})
             t.append({name, K::Toolbar});
+        t.append({ctl::fraColourBox, K::Frame});
+        for (int box = 1; box <= ctl::ColourBoxes; ++box)
+            t.append({Element(ctl::lblColourBox, box), K::Link});
+        for (const auto& name :
+             {ctl::txtAcntName, ctl::txtAcntServer, ctl::txtAcntPort, ctl::txtAcntLoginID,
+              ctl::txtAcntPassword, ctl::txtAcntClient, ctl::txtAcntSound})
+            t.append({name, K::Text});
+        t.append({ctl::txtAcntColour, K::Colour});
+        for (const auto& name : {ctl::chkAcntEnabled, ctl::chkAcntSecure, ctl::chkAcntSoundOn})
+            t.append({name, K::Check});
+        for (const auto& name : {ctl::lblSoundName, ctl::lblAcntPlaySound, ctl::lblAcntRunSize})
+            t.append({name, K::Label});
         for (const MainButton& b : MainButtonTable())
             t.append({Button(ctl::tbrMainButtons, b.key), K::Button});
         for (const PageButton& b : PageButtonTable())
             t.append({Element(ctl::tbrButtons, b.index), K::Button});
-        for (const ToolbarButton& b : ToolbarButtonTable())
+        for (const ToolbarButton& b : ToolbarButtonTable() + AccountPageButtons())
             t.append({Button(b.toolbar, b.key), K::Button});
         for (const QString& name : TrayMenuEntries() + EmailMenuEntries())
             t.append({name, K::MenuEntry});

@@ -85,6 +85,26 @@ inline constexpr QLatin1String mnuEmailPreview("mnuEmailPreview");
 inline constexpr QLatin1String mnuEmailDelete("mnuEmailDelete");
 inline constexpr QLatin1String mnuEmailReply("mnuEmailReply");
 inline constexpr QLatin1String mnuEmailOpen("mnuEmailOpen");
+// The Accounts page.
+inline constexpr QLatin1String fraColourBox("fraColourBox");
+inline constexpr QLatin1String lblColourBox("lblColourBox");
+inline constexpr QLatin1String tbrColour("tbrColour");
+inline constexpr QLatin1String txtAcntName("txtAcntName");
+inline constexpr QLatin1String txtAcntServer("txtAcntServer");
+inline constexpr QLatin1String txtAcntPort("txtAcntPort");
+inline constexpr QLatin1String txtAcntLoginID("txtAcntLoginID");
+inline constexpr QLatin1String txtAcntPassword("txtAcntPassword");
+inline constexpr QLatin1String txtAcntColour("txtAcntColour");
+inline constexpr QLatin1String txtAcntClient("txtAcntClient");
+inline constexpr QLatin1String txtAcntSound("txtAcntSound");
+inline constexpr QLatin1String chkAcntEnabled("chkAcntEnabled");
+inline constexpr QLatin1String chkAcntSecure("chkAcntSecure");
+inline constexpr QLatin1String chkAcntSoundOn("chkAcntSoundOn");
+inline constexpr QLatin1String lblSoundName("lblSoundName");
+inline constexpr QLatin1String lblAcntPlaySound("lblAcntPlaySound");
+inline constexpr QLatin1String lblAcntRunSize("lblAcntRunSize");
+// The first of the two move bars: Backward and Forward of the accounts.
+inline constexpr QLatin1String tbrMoveAccounts("tbrMoveButtons(0)");
 
 // The elements of tbrButtons the logic names.
 constexpr int HelpEmail = 0;
@@ -102,6 +122,9 @@ constexpr int HelpOptions = 11;
 constexpr int SaveOptions = 12;
 constexpr int CancelOptions = 13;
 constexpr int PauseStartupCheck = 14;
+
+// The six colour boxes of the Accounts page, 1 to 6.
+constexpr int ColourBoxes = 6;
 } // namespace ctl
 
 // The main buttons that switch the pages, the row of buttons below each
@@ -128,6 +151,9 @@ struct ToolbarButton {
 const QVector<MainButton>& MainButtonTable();
 const QVector<PageButton>& PageButtonTable();
 const QVector<ToolbarButton>& ToolbarButtonTable();
+// The Accounts page's small bars, the colour button and the move buttons:
+// captions without pictures.
+const QVector<ToolbarButton>& AccountPageButtons();
 // The entries of the tray menu, then of the list's popup menu, in order.
 const QStringList& TrayMenuEntries();
 const QStringList& EmailMenuEntries();

@@ -28,6 +28,9 @@ public:
     // The mouse button went down on tab `tab` of a strip, and up again.
     virtual void TabPress(const QString& strip, int tab) = 0;
     virtual void TabRelease(const QString& strip) = 0;
+    // A dragged tab was let go over tab `toTab` of the strip it came from;
+    // 0 for a place beside the tabs.
+    virtual void TabDrop(const QString& strip, int fromTab, int toTab) = 0;
     // A label of kind Link.
     virtual void LinkClick(const QString& label) = 0;
 

@@ -238,11 +238,11 @@ void StateView::setRange(const QString& name, int minimum, int maximum) {
 }
 
 void StateView::setColour(const QString& name, quint32 bgr) {
-    edit(name, {K::Colour, K::Label, K::Frame}).colour = bgr & 0x00FFFFFFu;
+    edit(name, {K::Colour, K::Label, K::Link, K::Frame}).colour = bgr & 0x00FFFFFFu;
 }
 
 quint32 StateView::colour(const QString& name) const {
-    return read(name, {K::Colour, K::Label, K::Frame}).colour;
+    return read(name, {K::Colour, K::Label, K::Link, K::Frame}).colour;
 }
 
 } // namespace velmora

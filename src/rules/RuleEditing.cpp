@@ -7,5 +7,6 @@ namespace velmora {
 // reach it change nothing.
 void SaveRules(AppContext&) {}
 void ShowCurrentRule(AppContext&) {}
+void FillRuleAccounts(AppContext&) {}
 
 } // namespace velmora

@@ -46,6 +46,9 @@ struct Recorder : MainViewEvents {
         seen << QString("TabPress %1 %2").arg(strip).arg(tab);
     }
     void TabRelease(const QString& strip) override { seen << "TabRelease " + strip; }
+    void TabDrop(const QString& strip, int from, int to) override {
+        seen << QString("TabDrop %1 %2 %3").arg(strip).arg(from).arg(to);
+    }
     void LinkClick(const QString& label) override { seen << "LinkClick " + label; }
     void ListRowClick(int row) override { seen << QString("ListRowClick %1").arg(row); }
     void ListDoubleClick(int row) override { seen << QString("ListDoubleClick %1").arg(row); }
@@ -434,7 +437,7 @@ void MainWindowTest::captionsShowTrimmedAndAreSpoken() {
         ++spoken;
     }
     QCOMPARE(spoken, int(MainButtonTable().size() + PageButtonTable().size() +
-                         ToolbarButtonTable().size()));
+                         ToolbarButtonTable().size() + AccountPageButtons().size()));
 
     QAccessibleInterface* list =
         QAccessible::queryAccessibleInterface(w.findChild<QTableWidget*>("lvwEmail"));

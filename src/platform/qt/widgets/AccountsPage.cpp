@@ -2,24 +2,164 @@
 
 #include "platform/Controls.h"
 #include "platform/qt/widgets/PageParts.h"
+#include "platform/qt/widgets/WidgetControls.h"
 
+#include <QAbstractButton>
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QFrame>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPainter>
+#include <QStyleOptionFocusRect>
 #include <QTabBar>
+#include <QToolBar>
 
 namespace velmora {
+
+namespace {
+
+// One of the colour boxes: a square of its colour that takes a click, and
+// the keyboard's focus like any button.
+class ColourSwatch : public QAbstractButton {
+public:
+    ColourSwatch() {
+        setFixedSize(26, 26);
+        setFocusPolicy(Qt::StrongFocus);
+        setCursor(Qt::PointingHandCursor);
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter p(this);
+        const QRect box = rect().adjusted(3, 3, -4, -4);
+        p.fillRect(box, palette().color(backgroundRole()));
+        p.setPen(palette().color(QPalette::WindowText));
+        p.drawRect(box);
+        if (hasFocus()) {
+            QStyleOptionFocusRect focus;
+            focus.initFrom(this);
+            focus.rect = rect();
+            style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &p, this);
+        }
+    }
+};
+
+// A bar of the page's own buttons, which carry captions only.
+QToolBar* SmallBar(WidgetControls& controls, const QString& toolbar) {
+    auto* bar = new QToolBar;
+    bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    bar->setFloatable(false);
+    bar->setMovable(false);
+    controls.add(bar, toolbar);
+    for (const ToolbarButton& b : AccountPageButtons()) {
+        if (b.toolbar != toolbar)
+            continue;
+        QAction* action = bar->addAction(b.key);
+        controls.add(action, Button(toolbar, b.key));
+        PageParts::KeyboardReachable(bar, action);
+    }
+    return bar;
+}
+
+QLineEdit* TextBox(WidgetControls& controls, const QString& name) {
+    auto* box = new QLineEdit;
+    controls.add(box, name);
+    return box;
+}
+
+QCheckBox* CheckBox(WidgetControls& controls, const QString& name) {
+    auto* box = new QCheckBox;
+    controls.add(box, name);
+    return box;
+}
+
+QLabel* Label(WidgetControls& controls, const QString& name) {
+    auto* label = new QLabel;
+    controls.add(label, name);
+    return label;
+}
+
+// A caption in front of an input; screen readers name the input by it.
+QLabel* Buddy(const QString& caption, QWidget* input) {
+    auto* label = new QLabel(caption);
+    label->setBuddy(input);
+    input->setAccessibleName(QString(caption).remove(QLatin1Char(':')));
+    return label;
+}
+
+} // namespace
 
 AccountsPage::AccountsPage(WidgetControls& controls)
     : tabs(controls, ctl::TabStripAcnts, QStringLiteral("Accounts")) {
     QBoxLayout* layout = nullptr;
     page = PageParts::Frame(controls, Element(ctl::fraMain, 1), layout);
-    layout->addWidget(PageParts::FramedToolbar(controls, ctl::fraAcntToolBar, ctl::tbrAcnts));
+    auto* top = new QHBoxLayout;
+    top->addWidget(PageParts::FramedToolbar(controls, ctl::fraAcntToolBar, ctl::tbrAcnts), 1);
+    top->addWidget(SmallBar(controls, ctl::tbrMoveAccounts));
+    layout->addLayout(top);
     auto* tabbed = new QVBoxLayout;
     tabbed->setSpacing(0);
     tabbed->addWidget(tabs.widget());
-    // The account's settings go on this sheet.
+
     auto* sheet = new QFrame;
     sheet->setFrameShape(QFrame::StyledPanel);
+    auto* form = new QGridLayout(sheet);
+    form->setColumnStretch(1, 1);
+    form->setColumnStretch(2, 1);
+    int row = 0;
+    form->addWidget(CheckBox(controls, ctl::chkAcntEnabled), row++, 1, 1, 2);
+    const auto field = [&](const QString& caption, const QString& name, int span) {
+        QLineEdit* box = TextBox(controls, name);
+        form->addWidget(Buddy(caption, box), row, 0);
+        form->addWidget(box, row++, 1, 1, span);
+        return box;
+    };
+    field(QStringLiteral("Account:"), ctl::txtAcntName, 1);
+    field(QStringLiteral("Server:"), ctl::txtAcntServer, 2);
+    form->addWidget(CheckBox(controls, ctl::chkAcntSecure), row++, 1, 1, 2);
+    field(QStringLiteral("Port:"), ctl::txtAcntPort, 1)->setMaximumWidth(120);
+    field(QStringLiteral("Login ID:"), ctl::txtAcntLoginID, 2);
+    field(QStringLiteral("Password:"), ctl::txtAcntPassword, 2)->setEchoMode(QLineEdit::Password);
+
+    // The account's colour, and the boxes to choose it from.
+    auto* colour = new QFrame;
+    colour->setFrameShape(QFrame::Box);
+    colour->setFixedSize(60, 22);
+    controls.add(colour, ctl::txtAcntColour);
+    auto* colourRow = new QHBoxLayout;
+    colourRow->addWidget(colour);
+    colourRow->addWidget(SmallBar(controls, ctl::tbrColour));
+    auto* choices = new QGroupBox;
+    controls.add(choices, ctl::fraColourBox);
+    auto* swatches = new QHBoxLayout(choices);
+    for (int box = 1; box <= ctl::ColourBoxes; ++box) {
+        auto* swatch = new ColourSwatch;
+        controls.add(swatch, Element(ctl::lblColourBox, box));
+        swatches->addWidget(swatch);
+    }
+    colourRow->addWidget(choices);
+    colourRow->addStretch(1);
+    form->addWidget(Buddy(QStringLiteral("Colour:"), colour), row, 0);
+    form->addLayout(colourRow, row++, 1, 1, 2);
+
+    QLineEdit* client = TextBox(controls, ctl::txtAcntClient);
+    form->addWidget(Buddy(QStringLiteral("Email Client:"), client), row, 0);
+    form->addWidget(client, row, 1);
+    form->addWidget(Label(controls, ctl::lblAcntRunSize), row++, 2);
+    QLineEdit* sound = TextBox(controls, ctl::txtAcntSound);
+    form->addWidget(Buddy(QStringLiteral("Sound:"), sound), row, 0);
+    form->addWidget(sound, row, 1);
+    form->addWidget(Label(controls, ctl::lblSoundName), row++, 2);
+    auto* soundState = new QHBoxLayout;
+    soundState->addWidget(CheckBox(controls, ctl::chkAcntSoundOn));
+    soundState->addWidget(Label(controls, ctl::lblAcntPlaySound));
+    soundState->addStretch(1);
+    form->addLayout(soundState, row++, 1, 1, 2);
+    form->setRowStretch(row, 1);
+
     tabbed->addWidget(sheet, 1);
     layout->addLayout(tabbed, 1);
     layout->addWidget(PageParts::PageButtonRow(controls, 1));

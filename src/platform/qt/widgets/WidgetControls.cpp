@@ -260,11 +260,11 @@ void WidgetControls::setRange(const QString& name, int minimum, int maximum) {
 }
 
 void WidgetControls::setColour(const QString& name, quint32 bgr) {
-    EditValues::SetColour(find(name, {K::Colour, K::Label, K::Frame}), bgr);
+    EditValues::SetColour(find(name, {K::Colour, K::Label, K::Link, K::Frame}), bgr);
 }
 
 quint32 WidgetControls::colour(const QString& name) const {
-    return EditValues::Colour(find(name, {K::Colour, K::Label, K::Frame}));
+    return EditValues::Colour(find(name, {K::Colour, K::Label, K::Link, K::Frame}));
 }
 
 } // namespace velmora

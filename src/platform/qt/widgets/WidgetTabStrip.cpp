@@ -4,6 +4,7 @@
 #include "platform/qt/widgets/WidgetControls.h"
 
 #include <QDrag>
+#include <QDropEvent>
 #include <QMimeData>
 #include <QMouseEvent>
 #include <QSignalBlocker>
@@ -58,6 +59,44 @@ private:
 // What a dragged tab carries: the strip and the tab's number.
 constexpr char kTabMime[] = "application/x-velmora-tab";
 
+// Takes a tab dragged from the same strip and reports the tab it was let
+// go over; a drag from elsewhere is refused, so the pointer says so.
+class DropWatcher : public QObject {
+public:
+    DropWatcher(QTabBar* bar, EventReporter report, QString name)
+        : QObject(bar), bar(bar), report(std::move(report)), name(std::move(name)) {
+        bar->setAcceptDrops(true);
+        bar->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() != QEvent::DragEnter && event->type() != QEvent::DragMove &&
+            event->type() != QEvent::Drop)
+            return false;
+        auto* drop = static_cast<QDropEvent*>(event);
+        const QStringList carried =
+            QString::fromUtf8(drop->mimeData()->data(QLatin1String(kTabMime))).split(' ');
+        if (carried.size() != 2 || carried[0] != name) {
+            drop->ignore();
+            return true;
+        }
+        drop->acceptProposedAction();
+        if (event->type() != QEvent::Drop)
+            return true;
+        // Beside the tabs the drop reports tab 0, which changes nothing.
+        const int over = bar->tabAt(drop->position().toPoint()) + 1;
+        const int from = carried[1].toInt();
+        report([this, from, over](MainViewEvents& events) { events.TabDrop(name, from, over); });
+        return true;
+    }
+
+private:
+    QTabBar* bar;
+    EventReporter report;
+    QString name;
+};
+
 } // namespace
 
 WidgetTabStrip::WidgetTabStrip(WidgetControls& controls, const QString& name, const QString& role)
@@ -76,6 +115,7 @@ WidgetTabStrip::WidgetTabStrip(WidgetControls& controls, const QString& name, co
                              report([&name](MainViewEvents& events) { events.TabClick(name); });
                      });
     new PressWatcher(bar, controls.report(), name);
+    new DropWatcher(bar, controls.report(), name);
 }
 
 void WidgetTabStrip::beginDrag() {
