@@ -23,6 +23,7 @@ private Q_SLOTS:
     void checkBringsEveryMessage();
     void commandLineTestAndCheck();
     void scriptedWindowTestsTheAccount();
+    void newUserSetsUpAccountsThroughThePage();
     void mailboxShrinksAndGrowsBetweenChecks();
     void missingServerFailsLoudly();
 
@@ -231,6 +232,64 @@ void DovecotSessionTest::scriptedWindowTestsTheAccount() {
     QCOMPARE(wrong.exitCode(), 2);
     QVERIFY(
         wrong.readAllStandardError().contains("line 2: no control named 'tbrAcnts/NoSuchButton'"));
+}
+
+// A first user's morning: two accounts made on the page, the first tested
+// and checked, the second dragged in front and the first deleted again; the
+// settings then hold the one account left, under number 1.
+void DovecotSessionTest::newUserSetsUpAccountsThroughThePage() {
+    const QString conf = sandbox->configHome() + "/Kestrum/Velmora.conf";
+    QFile::remove(conf);
+    {
+        QSettings file(conf, QSettings::IniFormat);
+        file.setValue("Settings/FirstUse", "1");
+    }
+    const QString port = QString::number(dovecot.plainPort());
+    QProcess ui;
+    ui.start(qEnvironmentVariable("VELMORA_BIN_DIR") + "/velmora-cli", {"ui", "-"});
+    ui.write(QString("click tbrMainButtons/Accounts\n"
+                     "click tbrAcnts/AcntAdd\n"
+                     "set txtAcntName Home\n"
+                     "set txtAcntServer 127.0.0.1\n"
+                     "set txtAcntPort %1\n"
+                     "set txtAcntLoginID user\n"
+                     "set txtAcntPassword secret\n"
+                     "click tbrButtons(6)\n"
+                     "answer OK\n"
+                     "click tbrAcnts/AcntTest\n"
+                     "click tbrMainButtons/Email\n"
+                     "click tbrButtons(3)\n"
+                     "click tbrMainButtons/Accounts\n"
+                     "click tbrAcnts/AcntAdd\n"
+                     "set txtAcntName Work\n"
+                     "set txtAcntServer 127.0.0.1\n"
+                     "set txtAcntPort %1\n"
+                     "set txtAcntLoginID empty\n"
+                     "set txtAcntPassword secret\n"
+                     "click tbrButtons(6)\n"
+                     "drag TabStripAcnts 2 1\n"
+                     "tab TabStripAcnts 2\n"
+                     "answer Yes\n"
+                     "click tbrAcnts/AcntDelete\n")
+                 .arg(port)
+                 .toUtf8());
+    ui.closeWriteChannel();
+    QVERIFY(ui.waitForFinished(60000));
+    QCOMPARE(ui.exitCode(), 0);
+    const QJsonObject shown = QJsonDocument::fromJson(ui.readAllStandardOutput()).object();
+    const QJsonArray boxes = shown["boxes"].toArray();
+    QVERIFY(!boxes.isEmpty());
+    QCOMPARE(boxes[0].toObject()["title"].toString(),
+             QString("Velmora - Test Connection Successfull"));
+    QCOMPARE(shown["refused"].toArray().size(), 0);
+
+    QSettings file(conf, QSettings::IniFormat);
+    QCOMPARE(file.value("Settings/AcntNum").toString(), QString("1"));
+    QCOMPARE(file.value("Settings/AcntName1").toString(), QString("Work"));
+    QCOMPARE(file.value("Settings/AcntLoginID1").toString(), QString("empty"));
+    QCOMPARE(file.value("Settings/AcntPort1").toString(), port);
+    for (const QString& key : file.allKeys())
+        QVERIFY2(!key.endsWith('2'), qPrintable(key + " left behind"));
 }
 
 // Dovecot keeps its identifiers across sessions, so a pass finds only real
