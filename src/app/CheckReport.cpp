@@ -127,6 +127,8 @@ void Dialogs(Json& j, const QList<RecordedBoxes::Box>& dialogs) {
         j.value(IconName(box.icon));
         j.key("buttons");
         j.value(ButtonsName(box.buttons));
+        j.key("answer");
+        j.value(AnswerName(box.answer));
         j.close('}');
     }
     j.close(']');
@@ -212,6 +214,41 @@ void StatusBarJson(Json& j, const AppContext& ctx) {
     j.close('}');
 }
 
+// The Email tab strip, and the list's rows as it shows them now.
+void TabsJson(Json& j, const AppContext& ctx) {
+    const TabStripView& tabs = ctx.view->tabs(TabStrip::Email);
+    j.open('[');
+    for (int tab = 1; tab <= tabs.count(); ++tab) {
+        j.open('{');
+        j.key("caption");
+        j.value(tabs.caption(tab));
+        j.key("picture");
+        j.value(tabs.image(tab));
+        j.close('}');
+    }
+    j.close(']');
+}
+
+void ListJson(Json& j, const AppContext& ctx) {
+    const MessageListView& list = ctx.view->list();
+    j.open('[');
+    for (int row = 1; row <= list.rowCount(); ++row) {
+        const ListRow r = list.row(row);
+        j.open('{');
+        j.key("picture");
+        j.value(r.picture);
+        j.key("cells");
+        j.open('[');
+        for (const QString& cell : r.cells)
+            j.value(cell);
+        j.close(']');
+        j.key("bold");
+        j.value(r.bold);
+        j.close('}');
+    }
+    j.close(']');
+}
+
 void TrayJson(Json& j, const QList<PassExtras::TrayTick>& ticks) {
     j.open('[');
     for (const PassExtras::TrayTick& tick : ticks) {
@@ -262,6 +299,12 @@ void Pass(Json& j, const AppContext& ctx, int pass, const QList<RecordedBoxes::B
     for (int n = 1; n <= ctx.accounts.AcntNum; ++n)
         AccountJson(j, ctx, n);
     j.close(']');
+    j.key("tabs");
+    TabsJson(j, ctx);
+    j.key("AcntCurrent");
+    j.value(qint64(ctx.accounts.AcntCurrent));
+    j.key("list");
+    ListJson(j, ctx);
     j.key("dialogs");
     Dialogs(j, dialogs);
     j.key("statusBar");
