@@ -3,6 +3,7 @@
 #include "app/StatusBar.h"
 #include "context/AppContext.h"
 #include "platform/MainView.h"
+#include "rules/RuleReport.h"
 
 #include <QTextStream>
 
@@ -214,6 +215,26 @@ void StatusBarJson(Json& j, const AppContext& ctx) {
     j.close('}');
 }
 
+// What the Rule Report would show; null when it would not open.
+void RuleReportJson(Json& j, const AppContext& ctx, bool opens) {
+    if (!opens) {
+        j.null();
+        return;
+    }
+    const RuleReportContent c = RuleReportTexts(ctx);
+    j.open('{');
+    j.key("deleteText");
+    j.value(c.deleteText);
+    j.key("spamText");
+    j.value(c.spamText);
+    j.key("tabs");
+    j.open('[');
+    for (const QString& tab : RuleReportTabs())
+        j.value(tab);
+    j.close(']');
+    j.close('}');
+}
+
 // The Email tab strip, and the list's rows as it shows them now.
 void TabsJson(Json& j, const AppContext& ctx) {
     const TabStripView& tabs = ctx.view->tabs(TabStrip::Email);
@@ -294,6 +315,8 @@ void Pass(Json& j, const AppContext& ctx, int pass, const QList<RecordedBoxes::B
     j.close(']');
     j.key("ruleReport");
     j.value(extras.ruleReport);
+    j.key("ruleReportText");
+    RuleReportJson(j, ctx, extras.ruleReport);
     j.key("accounts");
     j.open('[');
     for (int n = 1; n <= ctx.accounts.AcntNum; ++n)

@@ -14,6 +14,7 @@
 #include "platform/Headless.h"
 #include "platform/MainView.h"
 #include "platform/StateView.h"
+#include "rules/RuleReport.h"
 
 #include <QEventLoop>
 #include <QTextStream>
@@ -36,10 +37,12 @@ const char* const kUsage =
     "                           --auto walks as the Auto Check timer does;\n"
     "                           --tray-ticks shows T seconds of the tray picture\n"
     "                           after the last pass\n"
-    "  delete N (--rows I,J,... | --spam) [--answer yes|no] [--json]\n"
-    "                           check account N (with --spam all accounts), then\n"
-    "                           delete those list rows, or the spam of every\n"
-    "                           account, answering the question as told (yes)\n"
+    "  delete N (--rows I,J,... | --spam | --report) [--answer yes|no] [--json]\n"
+    "                           check account N (with --spam or --report all\n"
+    "                           accounts), then delete those list rows, or the\n"
+    "                           spam of every account, or what the Rule Report's\n"
+    "                           Delete Now deletes; the question is answered\n"
+    "                           as told (yes)\n"
     "  ui SCRIPT|- [--trace]    run a script of user actions against the window\n"
     "                           without a screen and print what it showed as JSON\n";
 
@@ -202,12 +205,13 @@ int Delete(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream&
            QTextStream& err) {
     const bool json = Flag(args, "--json");
     const bool spam = Flag(args, "--spam");
+    const bool report = Flag(args, "--report");
     const QString rowsText = TextAfter(args, "--rows");
     const QString answer = TextAfter(args, "--answer");
     if (args.size() != 1)
         throw Usage{QStringLiteral("delete takes one account number")};
-    if (spam == !rowsText.isEmpty())
-        throw Usage{QStringLiteral("delete takes either --rows or --spam")};
+    if (int(spam) + int(report) + int(!rowsText.isEmpty()) != 1)
+        throw Usage{QStringLiteral("delete takes one of --rows, --spam and --report")};
     if (!answer.isEmpty() && answer != QLatin1String("yes") && answer != QLatin1String("no"))
         throw Usage{QStringLiteral("--answer takes yes or no")};
     QList<int> rows;
@@ -222,10 +226,11 @@ int Delete(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream&
     Prepare(ctx);
     ctx.view->tabs(TabStrip::Email).select(account);
     ctx.accounts.AcntCurrent = account;
-    if (spam)
+    if (spam || report)
         CheckAllAccounts(ctx);
     else
         CheckSingleAccount(ctx);
+    const bool reportOpened = ctx.check.RuleReportWanted;
     // The boxes of the check are not the deletion's.
     boxes.boxes.clear();
     if (answer == QLatin1String("no")) {
@@ -235,6 +240,10 @@ int Delete(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream&
     }
     if (spam) {
         EmailSpam(ctx);
+    } else if (report) {
+        // The report opens on its first tab, which Delete Now acts on.
+        if (reportOpened)
+            RuleReportDeleteNow(ctx, RuleReportTabs().first());
     } else {
         MessageListView& list = ctx.view->list();
         for (int row : rows) {

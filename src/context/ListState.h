@@ -17,6 +17,10 @@ struct ListState {
     int ListDeleteAttachCount = 0;
     int ListNewAttachCount = 0;
 
+    // The width the columns get by default, worked out at start-up from
+    // the list's width; a later resize of the window leaves it.
+    int DefaultColumnWidth = 0;
+
     QString SortColumnName;
     QString LastClickedColumn;
     int SortDescending = 0;

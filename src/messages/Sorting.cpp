@@ -150,4 +150,12 @@ void lvwEmail_ColumnClick(AppContext& ctx, const QString& column) {
     ShowAccountMessages(ctx, account);
 }
 
+void RestoreColumnWidths(AppContext& ctx) {
+    const int w = ctx.list.DefaultColumnWidth;
+    MessageListView& list = ctx.view->list();
+    for (int column = 1; column <= 4; ++column)
+        list.setColumnWidth(column, w);
+    list.setColumnWidth(5, qRound(w / 2.15));
+}
+
 } // namespace velmora

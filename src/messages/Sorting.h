@@ -17,6 +17,9 @@ void SortMessages(AppContext& ctx, int account, const QString& column);
 // A click on the header of a column ("From" ... "Size") of the list: the
 // account showing is sorted by it and shown again.
 void lvwEmail_ColumnClick(AppContext& ctx, const QString& column);
+// The five columns back to the widths worked out at start-up: the Size
+// column narrower than the others.
+void RestoreColumnWidths(AppContext& ctx);
 // Swaps two messages of an account, every field.
 void ExchangeMessages(AppContext& ctx, int account, int i, int j);
 

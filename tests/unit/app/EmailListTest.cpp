@@ -1,7 +1,9 @@
 #include "app/frmMainEvents.h"
 #include "checking/CheckCycle.h"
 #include "messages/MessageList.h"
+#include "messages/Sorting.h"
 #include "platform/Controls.h"
+#include "rules/RuleReport.h"
 #include "support/TestRig.h"
 
 #include <QtTest>
@@ -21,11 +23,13 @@ private Q_SLOTS:
     void rightClickPopsTheMenuEvenOffTheRows();
     void headerClicksSortAndReverse();
     void headerClicksDoNothingWithoutSorting();
+    void columnWidthsGoBackToTheStartUpDefaults();
     void accountChosenElsewhereIsShownOnTheEmailPage();
     void deleteTakesTheSelectedRows_data();
     void deleteTakesTheSelectedRows();
     void deleteFailureKeepsEverything();
     void spamWalkGoesOverEveryAccount();
+    void reportDeletesEachSideAskingNothing();
 };
 
 namespace {
@@ -289,6 +293,23 @@ void EmailListTest::headerClicksDoNothingWithoutSorting() {
     QCOMPARE(s.ctx().list.LastClickedColumn, s.ctx().list.SortColumnName);
 }
 
+void EmailListTest::columnWidthsGoBackToTheStartUpDefaults() {
+    Started s = Start({{}}, [](TestRig& r) {
+        r.settings.set("Settings\\Options\\RestoreColWidth", "0");
+        r.settings.set("Settings\\Options\\ColSubjectWidth", "333");
+    });
+    StateMessageList& list = s.view().messageList;
+    QCOMPARE(list.columnWidth(3), 333);
+    QCOMPARE(list.columnWidth(5), 900 / 4.5); // a missing key takes the full default
+    // A wider window since start-up changes nothing: the defaults stay.
+    list.pixelWidth = 1800;
+    list.setColumnWidth(1, 17);
+    RestoreColumnWidths(s.ctx());
+    QCOMPARE((QList<int>{list.columnWidth(1), list.columnWidth(2), list.columnWidth(3),
+                         list.columnWidth(4), list.columnWidth(5)}),
+             (QList<int>{200, 200, 200, 200, 93}));
+}
+
 void EmailListTest::accountChosenElsewhereIsShownOnTheEmailPage() {
     Started s = Start({{"a1"}, {"b1", "b2"}});
     CheckAllAccounts(s.ctx());
@@ -429,6 +450,32 @@ void EmailListTest::spamWalkGoesOverEveryAccount() {
     // Back on the account that showed.
     QCOMPARE(ctx.accounts.AcntCurrent, 2);
     QCOMPARE(s.view().emailTabs.selected(), 2);
+    QCOMPARE(s.view().messageList.rowCount(), 1);
+    QVERIFY(!ctx.check.InterfaceHeld);
+}
+
+void EmailListTest::reportDeletesEachSideAskingNothing() {
+    Started s = Start({{"a1", "a2", "a3"}, {"b1", "b2"}});
+    AppContext& ctx = s.ctx();
+    CheckAllAccounts(ctx);
+    ctx.messages.at(1, 1).Delete = ctx.messages.at(1, 3).Delete = true;
+    ctx.messages.at(2, 1).Delete = true;
+    ctx.messages.at(2, 2).Spam = true;
+    ctx.accounts[1].AcntDeleteCount = 2;
+    ctx.accounts[2].AcntDeleteCount = ctx.accounts[2].AcntSpamCount = 1;
+
+    RuleReportDeleteNow(ctx, "Delete from Server");
+    QCOMPARE(s.rig->mailbox("Box1").mail, QStringList{"a2"});
+    QCOMPARE(s.rig->mailbox("Box2").mail, QStringList{"b2"});
+    QCOMPARE(ctx.accounts[2].AcntSpamCount, 1);
+    RuleReportDeleteNow(ctx, "Mark as Spam");
+    QVERIFY(s.rig->mailbox("Box2").mail.isEmpty());
+    QCOMPARE(ctx.accounts[2].AcntMsgCount, 0);
+    QCOMPARE(ctx.accounts[2].AcntStatusText, QString("Box2 - No Messages"));
+
+    QVERIFY(s.rig->boxes.boxes.isEmpty());
+    QCOMPARE(ctx.options.DeleteConfirmation, 1);
+    QCOMPARE(ctx.accounts.AcntCurrent, 1);
     QCOMPARE(s.view().messageList.rowCount(), 1);
     QVERIFY(!ctx.check.InterfaceHeld);
 }
