@@ -172,6 +172,8 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
         extras.autoCheckMessage = ctx.check.AutoCheckHeadline;
         extras.sounds = sounds.played;
         extras.ruleReport = ctx.check.RuleReportWanted;
+        // Each pass asks afresh whether the report would open.
+        UnloadRuleReport(ctx);
         if (pass == repeat && trayTicks > 0) {
             // The window goes to the tray and the clock ticks.
             ctx.view->setWindowState(WindowState::Minimized);
@@ -231,6 +233,7 @@ int Delete(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream&
     else
         CheckSingleAccount(ctx);
     const bool reportOpened = ctx.check.RuleReportWanted;
+    UnloadRuleReport(ctx);
     // The boxes of the check are not the deletion's.
     boxes.boxes.clear();
     if (answer == QLatin1String("no")) {

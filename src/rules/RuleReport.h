@@ -11,6 +11,15 @@ struct AppContext;
 // messages and its settings ask for it. True when it opened.
 bool ShowRuleReport(AppContext& ctx);
 
+// The Rule Report window: it opens on its first tab and closes by itself
+// after the rules' Time in seconds, unless its timer is stopped.
+void LoadRuleReport(AppContext& ctx);
+void UnloadRuleReport(AppContext& ctx);
+void RuleReportTabClick(AppContext& ctx, int tab);
+// "Timer", "DeleteNow" or "Exit".
+void RuleReportButtonClick(AppContext& ctx, const QString& key);
+void tmrRuleReport_Timer(AppContext& ctx);
+
 // What the Rule Report shows as it opens: a line per marked account on each
 // side, or the side's "No ..." text, and how many text lines its labels are
 // sized for.
