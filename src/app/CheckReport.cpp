@@ -3,6 +3,7 @@
 #include "app/StatusBar.h"
 #include "context/AppContext.h"
 #include "platform/MainView.h"
+#include "rules/RuleReport.h"
 
 #include <QTextStream>
 
@@ -127,6 +128,8 @@ void Dialogs(Json& j, const QList<RecordedBoxes::Box>& dialogs) {
         j.value(IconName(box.icon));
         j.key("buttons");
         j.value(ButtonsName(box.buttons));
+        j.key("answer");
+        j.value(AnswerName(box.answer));
         j.close('}');
     }
     j.close(']');
@@ -212,6 +215,61 @@ void StatusBarJson(Json& j, const AppContext& ctx) {
     j.close('}');
 }
 
+// What the Rule Report would show; null when it would not open.
+void RuleReportJson(Json& j, const AppContext& ctx, bool opens) {
+    if (!opens) {
+        j.null();
+        return;
+    }
+    const RuleReportContent c = RuleReportTexts(ctx);
+    j.open('{');
+    j.key("deleteText");
+    j.value(c.deleteText);
+    j.key("spamText");
+    j.value(c.spamText);
+    j.key("tabs");
+    j.open('[');
+    for (const QString& tab : RuleReportTabs())
+        j.value(tab);
+    j.close(']');
+    j.close('}');
+}
+
+// The Email tab strip, and the list's rows as it shows them now.
+void TabsJson(Json& j, const AppContext& ctx) {
+    const TabStripView& tabs = ctx.view->tabs(TabStrip::Email);
+    j.open('[');
+    for (int tab = 1; tab <= tabs.count(); ++tab) {
+        j.open('{');
+        j.key("caption");
+        j.value(tabs.caption(tab));
+        j.key("picture");
+        j.value(tabs.image(tab));
+        j.close('}');
+    }
+    j.close(']');
+}
+
+void ListJson(Json& j, const AppContext& ctx) {
+    const MessageListView& list = ctx.view->list();
+    j.open('[');
+    for (int row = 1; row <= list.rowCount(); ++row) {
+        const ListRow r = list.row(row);
+        j.open('{');
+        j.key("picture");
+        j.value(r.picture);
+        j.key("cells");
+        j.open('[');
+        for (const QString& cell : r.cells)
+            j.value(cell);
+        j.close(']');
+        j.key("bold");
+        j.value(r.bold);
+        j.close('}');
+    }
+    j.close(']');
+}
+
 void TrayJson(Json& j, const QList<PassExtras::TrayTick>& ticks) {
     j.open('[');
     for (const PassExtras::TrayTick& tick : ticks) {
@@ -257,11 +315,19 @@ void Pass(Json& j, const AppContext& ctx, int pass, const QList<RecordedBoxes::B
     j.close(']');
     j.key("ruleReport");
     j.value(extras.ruleReport);
+    j.key("ruleReportText");
+    RuleReportJson(j, ctx, extras.ruleReport);
     j.key("accounts");
     j.open('[');
     for (int n = 1; n <= ctx.accounts.AcntNum; ++n)
         AccountJson(j, ctx, n);
     j.close(']');
+    j.key("tabs");
+    TabsJson(j, ctx);
+    j.key("AcntCurrent");
+    j.value(qint64(ctx.accounts.AcntCurrent));
+    j.key("list");
+    ListJson(j, ctx);
     j.key("dialogs");
     Dialogs(j, dialogs);
     j.key("statusBar");

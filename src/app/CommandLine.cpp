@@ -6,6 +6,7 @@
 #include "app/frmMain.h"
 #include "app/frmMainEvents.h"
 #include "checking/CheckCycle.h"
+#include "checking/Deletion.h"
 #include "checking/PopSession.h"
 #include "context/AppContext.h"
 #include "context/ShellCalls.h"
@@ -13,6 +14,7 @@
 #include "platform/Headless.h"
 #include "platform/MainView.h"
 #include "platform/StateView.h"
+#include "rules/RuleReport.h"
 
 #include <QEventLoop>
 #include <QJsonArray>
@@ -39,6 +41,12 @@ const char* const kUsage =
     "                           --auto walks as the Auto Check timer does;\n"
     "                           --tray-ticks shows T seconds of the tray picture\n"
     "                           after the last pass\n"
+    "  delete N (--rows I,J,... | --spam | --report) [--answer yes|no] [--json]\n"
+    "                           check account N (with --spam or --report all\n"
+    "                           accounts), then delete those list rows, or the\n"
+    "                           spam of every account, or what the Rule Report's\n"
+    "                           Delete Now deletes; the question is answered\n"
+    "                           as told (yes)\n"
     "  ui SCRIPT|- [--trace]    run a script of user actions against the window\n"
     "                           without a screen and print what it showed as JSON\n";
 
@@ -192,6 +200,8 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
         extras.autoCheckMessage = ctx.check.AutoCheckHeadline;
         extras.sounds = sounds.played;
         extras.ruleReport = ctx.check.RuleReportWanted;
+        // Each pass asks afresh whether the report would open.
+        UnloadRuleReport(ctx);
         if (pass == repeat && trayTicks > 0) {
             // The window goes to the tray and the clock ticks.
             ctx.view->setWindowState(WindowState::Minimized);
@@ -206,6 +216,80 @@ int Check(AppContext& ctx, RecordedBoxes& boxes, RecordedSounds& sounds, QString
             out << PassSummary(ctx, pass, boxes.boxes, extras);
         out.flush();
     }
+    return 0;
+}
+
+// The value after an option as text; blank when the option is missing.
+QString TextAfter(QStringList& args, const QString& option) {
+    const qsizetype at = args.indexOf(option);
+    if (at < 0)
+        return {};
+    if (at + 1 >= args.size())
+        throw Usage{option + QStringLiteral(" needs a value")};
+    const QString value = args.at(at + 1);
+    args.remove(at, 2);
+    return value;
+}
+
+int Delete(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream& out,
+           QTextStream& err) {
+    const bool json = Flag(args, "--json");
+    const bool spam = Flag(args, "--spam");
+    const bool report = Flag(args, "--report");
+    const QString rowsText = TextAfter(args, "--rows");
+    const QString answer = TextAfter(args, "--answer");
+    if (args.size() != 1)
+        throw Usage{QStringLiteral("delete takes one account number")};
+    if (int(spam) + int(report) + int(!rowsText.isEmpty()) != 1)
+        throw Usage{QStringLiteral("delete takes one of --rows, --spam and --report")};
+    if (!answer.isEmpty() && answer != QLatin1String("yes") && answer != QLatin1String("no"))
+        throw Usage{QStringLiteral("--answer takes yes or no")};
+    QList<int> rows;
+    for (const QString& text : rowsText.split(QLatin1Char(','), Qt::SkipEmptyParts)) {
+        bool ok = false;
+        rows.append(text.toInt(&ok));
+        if (!ok || rows.last() < 1)
+            throw Usage{QStringLiteral("--rows takes row numbers from 1, not '%1'").arg(text)};
+    }
+    LoadStoresAndTell(ctx, boxes, err);
+    const int account = AccountNumber(ctx, args.first());
+    Prepare(ctx);
+    ctx.view->tabs(TabStrip::Email).select(account);
+    ctx.accounts.AcntCurrent = account;
+    if (spam || report)
+        CheckAllAccounts(ctx);
+    else
+        CheckSingleAccount(ctx);
+    const bool reportOpened = ctx.check.RuleReportWanted;
+    UnloadRuleReport(ctx);
+    // The boxes of the check are not the deletion's.
+    boxes.boxes.clear();
+    if (answer == QLatin1String("no")) {
+        // One question an account at most, and nothing else before it.
+        for (int n = 0; n < ctx.accounts.AcntNum; ++n)
+            boxes.answers.append(BoxAnswer::No);
+    }
+    if (spam) {
+        EmailSpam(ctx);
+    } else if (report) {
+        // The report opens on its first tab, which Delete Now acts on.
+        if (reportOpened)
+            RuleReportDeleteNow(ctx, RuleReportTabs().first());
+    } else {
+        MessageListView& list = ctx.view->list();
+        for (int row : rows) {
+            if (row > list.rowCount())
+                throw Usage{QStringLiteral("the list has no row %1").arg(row)};
+            list.setRowSelected(row, true);
+        }
+        EmailDelete(ctx);
+    }
+    boxes.answers.clear();
+    PassExtras extras;
+    if (json)
+        WritePassJson(out, ctx, 1, boxes.boxes, extras);
+    else
+        out << PassSummary(ctx, 1, boxes.boxes, extras);
     return 0;
 }
 
@@ -238,6 +322,8 @@ int RunCommandLine(AppContext& ctx, StateView& view, Headless& headless,
             return Test(ctx, boxes, rest, out, err);
         if (command == QLatin1String("check"))
             return Check(ctx, boxes, sounds, rest, out, err);
+        if (command == QLatin1String("delete"))
+            return Delete(ctx, boxes, rest, out, err);
         if (command == QLatin1String("ui"))
             return Ui(ctx, view, headless, rest, out, err);
         throw Usage{QStringLiteral("unknown command '%1'").arg(command)};

@@ -6,6 +6,7 @@
 #include "context/AppContext.h"
 #include "context/PageCalls.h"
 #include "context/Product.h"
+#include "messages/MessageList.h"
 #include "platform/Controls.h"
 #include "platform/Files.h"
 #include "platform/HelpViewer.h"
@@ -27,8 +28,10 @@ void SwitchTo(AppContext& ctx, int page) {
         if (i != page)
             v.setVisible(Element(ctl::fraMain, i), false);
     }
+    // The tab's click handling runs too, so that the list follows an
+    // account chosen on another page.
     if (page == 0 && ctx.accounts.AcntNum > 0)
-        v.tabs(TabStrip::Email).select(ctx.accounts.AcntCurrent);
+        SelectEmailTab(ctx, ctx.accounts.AcntCurrent);
     if (page == 1 && ctx.accounts.AcntNum > 0)
         v.tabs(TabStrip::Accounts).select(ctx.accounts.AcntCurrent);
     v.setVisible(Element(ctl::fraMain, page), true);

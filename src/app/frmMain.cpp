@@ -43,12 +43,11 @@ const char* const kColumnWidthKeys[] = {"ColFromWidth", "ColToWidth", "ColSubjec
 void SetColumnWidths(AppContext& ctx) {
     MainView& v = *ctx.view;
     const int w = qint16(v.list().width() / 4.5);
+    ctx.list.DefaultColumnWidth = w;
     ctx.options.RestoreColWidth =
         setting::readInt(*ctx.svc.settings, setting::SectionOptions, "RestoreColWidth", 1);
     if (ctx.options.RestoreColWidth == 1) {
-        for (int column = 1; column <= 4; ++column)
-            v.list().setColumnWidth(column, w);
-        v.list().setColumnWidth(5, qRound(w / 2.15));
+        RestoreColumnWidths(ctx);
         return;
     }
     for (int column = 1; column <= 5; ++column)

@@ -7,9 +7,11 @@
 #include "app/StatusBar.h"
 #include "app/frmMain.h"
 #include "checking/CheckCycle.h"
+#include "checking/Deletion.h"
 #include "checking/PopSession.h"
 #include "context/AppContext.h"
 #include "messages/MessageList.h"
+#include "messages/Sorting.h"
 #include "platform/Controls.h"
 #include "platform/MainView.h"
 #include "platform/Shell.h"
@@ -19,6 +21,33 @@ namespace velmora {
 namespace {
 
 const QString kWindow = QStringLiteral("frmMain");
+
+// The actions of the Email page's toolbar, by key; the list's menu entries
+// run the button of the same name.
+void EmailAction(AppContext& ctx, const QString& key) {
+    if (key == QLatin1String("EmailCheck")) {
+        CheckSingleAccount(ctx);
+    } else if (key == QLatin1String("EmailDelete")) {
+        EmailDelete(ctx);
+    } else if (key == QLatin1String("EmailSpam")) {
+        EmailSpam(ctx);
+    } else if (key == QLatin1String("EmailNew")) {
+        ctx.svc.shell->Open(QStringLiteral("mailto:"), QString(), 1);
+    } else if (SelectedMessageValid(ctx)) {
+        // Preview, Reply and Open act on SelectedMessage alone; the preview
+        // window and the client hand-over take it from here when they come.
+    }
+}
+
+QString EmailKeyOf(const QString& entry) {
+    if (entry == ctl::mnuEmailPreview)
+        return QStringLiteral("EmailPreview");
+    if (entry == ctl::mnuEmailDelete)
+        return QStringLiteral("EmailDelete");
+    if (entry == ctl::mnuEmailReply)
+        return QStringLiteral("EmailReply");
+    return QStringLiteral("EmailOpen");
+}
 
 } // namespace
 
@@ -35,8 +64,8 @@ void frmMainEvents::PageButtonClick(int index) {
 void frmMainEvents::ToolbarButtonClick(const QString& toolbar, const QString& key) {
     if (!GateAdmits(ctx, Button(toolbar, key)))
         return;
-    if (toolbar == ctl::tbrEmail && key == QLatin1String("EmailCheck"))
-        CheckSingleAccount(ctx);
+    if (toolbar == ctl::tbrEmail)
+        EmailAction(ctx, key);
     else if (toolbar == ctl::tbrAcnts && key == QLatin1String("AcntTest"))
         TestAccountConnection(ctx);
     else if (toolbar == ctl::tbrAcnts && key == QLatin1String("AcntAdd"))
@@ -83,7 +112,8 @@ void frmMainEvents::MenuClick(const QString& entry) {
         OpenHomePage(ctx);
     else if (entry == ctl::mnuTrayHelp)
         ShowHelp(ctx, 100);
-    // The list's entries come with the list.
+    else if (EmailMenuEntries().contains(entry))
+        EmailAction(ctx, EmailKeyOf(entry));
 }
 
 void frmMainEvents::TrayClick(MouseButton button) {
@@ -135,27 +165,34 @@ void frmMainEvents::TabClick(const QString& strip) {
     }
 }
 
-void frmMainEvents::ListRowClick(int /*row*/) {
+void frmMainEvents::ListRowClick(int row) {
     if (!GateAdmits(ctx, ctl::lvwEmail))
         return;
+    if (row > 0)
+        lvwEmail_ItemClick(ctx);
+    else
+        ctx.list.ItemUnderPointer = false;
+    lvwEmail_Click(ctx);
 }
 
 void frmMainEvents::ListDoubleClick(int /*row*/) {
     if (!GateAdmits(ctx, ctl::lvwEmail))
         return;
+    if (ctx.view->isEnabled(Button(ctl::tbrEmail, "EmailPreview")))
+        EmailAction(ctx, QStringLiteral("EmailPreview"));
 }
 
-void frmMainEvents::ListHeaderClick(int /*column*/) {
+void frmMainEvents::ListHeaderClick(int column) {
     if (!GateAdmits(ctx, ctl::lvwEmail))
         return;
+    if (column >= 1 && column <= ListColumns().size())
+        lvwEmail_ColumnClick(ctx, ListColumns()[column - 1]);
 }
 
 void frmMainEvents::ListContextMenu(int row) {
     if (!GateAdmits(ctx, ctl::lvwEmail))
         return;
-    // Which entries a row allows comes with the list's actions.
-    if (row > 0)
-        ctx.view->popUpMenu(ctl::mnuEmailPopMenu);
+    lvwEmail_RightUp(ctx, row);
 }
 
 void frmMainEvents::ValueChanged(const QString& control) {

@@ -2,6 +2,7 @@
 
 #include "platform/MessageView.h"
 #include "platform/PopClient.h"
+#include "platform/RuleReportView.h"
 #include "platform/Timer.h"
 
 #include <QString>
@@ -58,6 +59,20 @@ struct CheckState {
     QString AutoCheckHeadline;
     // Whether the last check's end would have opened the Rule Report.
     bool RuleReportWanted = false;
+    // The Rule Report while it stands.
+    struct RuleReportForm {
+        std::unique_ptr<RuleReportView> view;
+        std::unique_ptr<Timer> timer;
+        int deleteAccounts = 0;
+        int spamAccounts = 0;
+        QString deleteText;
+        QString spamText;
+        int lines = 0;
+        int remaining = 0;
+        int elapsed = 0;
+        QString currentTab;
+        bool timerOn = false;
+    } frmRuleReport;
 
     std::unique_ptr<Timer> tmrMailTime;
     std::unique_ptr<Timer> tmrMailStartUp;

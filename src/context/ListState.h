@@ -9,9 +9,17 @@ namespace velmora {
 struct ListState {
     int AcntLastShown = 0;
     int SelectedMessage = 0;
+    // Whether the last pointer event on the list met a row, and the row
+    // under the pointer (0 for none).
+    bool ItemUnderPointer = false;
+    int HoverMessage = 0;
     int ListAttachCount = 0;
     int ListDeleteAttachCount = 0;
     int ListNewAttachCount = 0;
+
+    // The width the columns get by default, worked out at start-up from
+    // the list's width; a later resize of the window leaves it.
+    int DefaultColumnWidth = 0;
 
     QString SortColumnName;
     QString LastClickedColumn;

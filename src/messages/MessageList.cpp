@@ -65,12 +65,56 @@ void ShowAccountMessages(AppContext& ctx, int account) {
     }
     SetAccountTabImage(ctx, account);
     // No row is selected after a fill, so nothing acts on a selection yet.
-    for (const char* key : {"EmailPreview", "EmailReply", "EmailOpen", "EmailDelete"})
-        v.setEnabled(Button(ctl::tbrEmail, key), false);
-    for (const auto& entry :
-         {ctl::mnuEmailPreview, ctl::mnuEmailDelete, ctl::mnuEmailReply, ctl::mnuEmailOpen})
-        v.setEnabled(entry, false);
+    SetSelectionActions(ctx, false);
     RefreshAccountPanels(ctx, account);
+}
+
+void SetSelectionActions(AppContext& ctx, bool enabled) {
+    MainView& v = *ctx.view;
+    for (const char* key : {"EmailPreview", "EmailReply", "EmailOpen", "EmailDelete"})
+        v.setEnabled(Button(ctl::tbrEmail, key), enabled);
+    for (const QString& entry : EmailMenuEntries())
+        v.setEnabled(entry, enabled);
+}
+
+bool SelectedMessageValid(const AppContext& ctx) {
+    const int account = ctx.accounts.AcntCurrent;
+    if (account < 1 || account > ctx.accounts.AcntNum)
+        return false;
+    return ctx.list.SelectedMessage >= 1 &&
+           ctx.list.SelectedMessage <= ctx.accounts[account].AcntMsgCount;
+}
+
+void lvwEmail_ItemClick(AppContext& ctx) {
+    ctx.list.ItemUnderPointer = true;
+    // Whatever row was hit, the click counts as over row 1.
+    ctx.list.HoverMessage = 1;
+}
+
+void lvwEmail_Click(AppContext& ctx) {
+    const int account = ctx.accounts.AcntCurrent;
+    if (account < 1 || account > ctx.accounts.AcntNum || ctx.accounts[account].AcntMsgCount == 0)
+        return;
+    MessageListView& list = ctx.view->list();
+    // With no row selected the old number stays.
+    if (const int row = list.currentRow(); row > 0)
+        ctx.list.SelectedMessage = row;
+    if (ctx.list.ItemUnderPointer) {
+        SetSelectionActions(ctx, true);
+    } else {
+        list.setRowSelected(ctx.list.SelectedMessage, false);
+        SetSelectionActions(ctx, false);
+    }
+}
+
+void lvwEmail_RightUp(AppContext& ctx, int row) {
+    // The pointer rests where the button went up.
+    ctx.list.ItemUnderPointer = row > 0;
+    if (row > 0)
+        ctx.list.HoverMessage = row;
+    lvwEmail_Click(ctx);
+    ctx.view->popUpMenu(ctl::mnuEmailPopMenu);
+    ctx.list.ItemUnderPointer = ctx.list.HoverMessage >= 1;
 }
 
 void SetAccountTabImage(AppContext& ctx, int account) {

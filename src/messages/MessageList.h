@@ -14,4 +14,16 @@ void TabStripEmail_Click(AppContext& ctx);
 // Selects a tab of the Email page as a click on it would.
 void SelectEmailTab(AppContext& ctx, int account);
 
+// The four actions bound to a selected row, on the toolbar and the list's
+// menu: Preview, Delete, Reply, Open.
+void SetSelectionActions(AppContext& ctx, bool enabled);
+// Whether SelectedMessage is a message of the account showing; every action
+// on a selection asks before it touches the store.
+bool SelectedMessageValid(const AppContext& ctx);
+// Pointer events on the list: a row was clicked, then the click itself; a
+// right button let go over row `row` (0 for none) pops up the list's menu.
+void lvwEmail_ItemClick(AppContext& ctx);
+void lvwEmail_Click(AppContext& ctx);
+void lvwEmail_RightUp(AppContext& ctx, int row);
+
 } // namespace velmora

@@ -1,6 +1,7 @@
 #include "messages/Sorting.h"
 
 #include "context/AppContext.h"
+#include "messages/MessageList.h"
 #include "platform/Controls.h"
 #include "platform/MainView.h"
 
@@ -131,6 +132,30 @@ void SortMessages(AppContext& ctx, int account, const QString& column) {
         at[size_t(n)] = wanted;
         where[size_t(wanted)] = n;
     }
+}
+
+void lvwEmail_ColumnClick(AppContext& ctx, const QString& column) {
+    const int account = ctx.accounts.AcntCurrent;
+    if (account < 1 || account > ctx.accounts.AcntNum || ctx.accounts[account].AcntMsgCount == 0 ||
+        ctx.options.MessageSort == 0)
+        return;
+    ctx.options.SortColumnLastUsed = column;
+    ctx.list.SortColumnName = column;
+    // Only a second click on the same column turns the order round; a new
+    // column keeps the order in force.
+    if (ctx.list.LastClickedColumn == ctx.list.SortColumnName)
+        ctx.list.SortDescending = ctx.list.SortDescending == 0 ? 1 : 0;
+    ctx.list.LastClickedColumn = ctx.list.SortColumnName;
+    SortMessages(ctx, account, ctx.list.SortColumnName);
+    ShowAccountMessages(ctx, account);
+}
+
+void RestoreColumnWidths(AppContext& ctx) {
+    const int w = ctx.list.DefaultColumnWidth;
+    MessageListView& list = ctx.view->list();
+    for (int column = 1; column <= 4; ++column)
+        list.setColumnWidth(column, w);
+    list.setColumnWidth(5, qRound(w / 2.15));
 }
 
 } // namespace velmora

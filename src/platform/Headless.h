@@ -14,6 +14,7 @@
 #include "platform/Services.h"
 #include "platform/Shell.h"
 
+#include <QHash>
 #include <QList>
 #include <QStringList>
 #include <memory>
@@ -182,6 +183,50 @@ private:
     std::shared_ptr<State> s;
 };
 
+// The Rule Report without a screen, kept like the Auto Check Message.
+class StateRuleReportView : public RuleReportView {
+public:
+    struct State {
+        QString caption, heading, caution, deleteText, spamText;
+        QStringList tabs;
+        int selectedTab = 0;
+        int side = 0;
+        int lines = 0;
+        int countdown = -1;
+        QHash<QString, QString> captions;
+        QHash<QString, bool> enabled;
+        bool onTop = false;
+        bool shown = false;
+        bool destroyed = false;
+        Handlers handlers;
+    };
+    explicit StateRuleReportView(std::shared_ptr<State> state) : s(std::move(state)) {}
+    ~StateRuleReportView() override { s->destroyed = true; }
+    void setCaption(const QString& caption) override { s->caption = caption; }
+    void setHeading(const QString& heading) override { s->heading = heading; }
+    void setCaution(const QString& caution) override { s->caution = caution; }
+    void setTabs(const QStringList& captions) override { s->tabs = captions; }
+    void selectTab(int tab) override { s->selectedTab = tab; }
+    void setTexts(const QString& deleteText, const QString& spamText, int lines) override {
+        s->deleteText = deleteText;
+        s->spamText = spamText;
+        s->lines = lines;
+    }
+    void showSide(int tab) override { s->side = tab; }
+    void setCountdown(int seconds) override { s->countdown = seconds; }
+    void setButton(const QString& key, const QString& caption, const QString&) override {
+        s->captions[key] = caption;
+    }
+    void setButtonEnabled(const QString& key, bool on) override { s->enabled[key] = on; }
+    void setStayOnTop(bool onTop) override { s->onTop = onTop; }
+    void showWindow() override { s->shown = true; }
+    void hideWindow() override { s->shown = false; }
+    void setHandlers(Handlers handlers) override { s->handlers = std::move(handlers); }
+
+private:
+    std::shared_ptr<State> s;
+};
+
 class StateWindowFactory : public WindowFactory {
 public:
     std::unique_ptr<MessageView> createMessageView() override {
@@ -192,7 +237,13 @@ public:
         firstUse = std::make_shared<StateFirstUseView::State>();
         return std::make_unique<StateFirstUseView>(firstUse);
     }
+    std::unique_ptr<RuleReportView> createRuleReportView() override {
+        ruleReport = std::make_shared<StateRuleReportView::State>();
+        return std::make_unique<StateRuleReportView>(ruleReport);
+    }
     std::shared_ptr<StateMessageView::State> last;
+    // Null until a Rule Report has been made.
+    std::shared_ptr<StateRuleReportView::State> ruleReport;
     // Null until a welcome window has been made.
     std::shared_ptr<StateFirstUseView::State> firstUse;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FirstUseView.h"
+#include "platform/RuleReportView.h"
 
 #include <QString>
 #include <functional>
@@ -35,6 +36,7 @@ public:
     virtual ~WindowFactory() = default;
     virtual std::unique_ptr<MessageView> createMessageView() = 0;
     virtual std::unique_ptr<FirstUseView> createFirstUseView() = 0;
+    virtual std::unique_ptr<RuleReportView> createRuleReportView() = 0;
 };
 
 } // namespace velmora

@@ -56,7 +56,16 @@ public:
         if (notify)
             notify->Connected();
     }
-    void Disconnect() override { connected = false; }
+    // The QUIT makes the marked deletions final.
+    void Disconnect() override {
+        if (connected && box) {
+            for (const FakeMessage& item : items) {
+                if (item.deleted)
+                    box->mail.removeOne(item.uid);
+            }
+        }
+        connected = false;
+    }
     void Abort() override { connected = false; }
     PopMessages& Messages() override { return *this; }
     int LastError() const override { return lastError; }
@@ -83,7 +92,7 @@ public:
                 notify->Received(items[i]);
         }
     }
-    void ListMessages() override {}
+    void ListMessages() override { ++box->lists; }
 
 private:
     [[noreturn]] void fail(int number) {

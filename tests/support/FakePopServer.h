@@ -20,6 +20,7 @@ struct FakeMailbox {
 
     int connects = 0;
     int fetches = 0;
+    int lists = 0;
 };
 
 class FakePopServer {

@@ -3,6 +3,7 @@
 #include "platform/qt/widgets/FirstUseWindow.h"
 #include "platform/qt/widgets/Pictures.h"
 #include "platform/qt/widgets/ReportingFrame.h"
+#include "platform/qt/widgets/RuleReportWindow.h"
 
 #include <QApplication>
 #include <QGroupBox>
@@ -148,6 +149,10 @@ std::unique_ptr<MessageView> WidgetWindowFactory::createMessageView() {
 
 std::unique_ptr<FirstUseView> WidgetWindowFactory::createFirstUseView() {
     return std::make_unique<FirstUseWindow>();
+}
+
+std::unique_ptr<RuleReportView> WidgetWindowFactory::createRuleReportView() {
+    return std::make_unique<RuleReportWindow>();
 }
 
 } // namespace velmora

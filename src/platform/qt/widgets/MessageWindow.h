@@ -52,6 +52,7 @@ class WidgetWindowFactory : public WindowFactory {
 public:
     std::unique_ptr<MessageView> createMessageView() override;
     std::unique_ptr<FirstUseView> createFirstUseView() override;
+    std::unique_ptr<RuleReportView> createRuleReportView() override;
 };
 
 } // namespace velmora
