@@ -67,6 +67,12 @@ public:
         separate();
         out += flag ? QLatin1String("true") : QLatin1String("false");
     }
+    void value(const QStringList& texts) {
+        open('[');
+        for (const QString& text : texts)
+            value(text);
+        close(']');
+    }
     void null() {
         separate();
         out += QLatin1String("null");
@@ -228,10 +234,7 @@ void RuleReportJson(Json& j, const AppContext& ctx, bool opens) {
     j.key("spamText");
     j.value(c.spamText);
     j.key("tabs");
-    j.open('[');
-    for (const QString& tab : RuleReportTabs())
-        j.value(tab);
-    j.close(']');
+    j.value(RuleReportTabs());
     j.close('}');
 }
 
@@ -259,10 +262,7 @@ void ListJson(Json& j, const AppContext& ctx) {
         j.key("picture");
         j.value(r.picture);
         j.key("cells");
-        j.open('[');
-        for (const QString& cell : r.cells)
-            j.value(cell);
-        j.close(']');
+        j.value(r.cells);
         j.key("bold");
         j.value(r.bold);
         j.close('}');
@@ -309,10 +309,7 @@ void Pass(Json& j, const AppContext& ctx, int pass, const QList<RecordedBoxes::B
     else
         j.value(extras.autoCheckMessage);
     j.key("sounds");
-    j.open('[');
-    for (const QString& sound : extras.sounds)
-        j.value(sound);
-    j.close(']');
+    j.value(extras.sounds);
     j.key("ruleReport");
     j.value(extras.ruleReport);
     j.key("ruleReportText");
