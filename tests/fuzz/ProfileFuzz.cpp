@@ -57,7 +57,11 @@ QString NotNA(const QString& text) {
 QString Name(QString text) {
     for (const char c : {'\r', '\n', '=', '[', ']', ';', '#'})
         text.remove(QLatin1Char(c));
-    text = text.left(200).trimmed();
+    text = text.left(200);
+    // The cut must not split a character in two halves.
+    if (!text.isEmpty() && text.back().isHighSurrogate())
+        text.chop(1);
+    text = text.trimmed();
     return text.isEmpty() ? QStringLiteral("k") : NotNA(text);
 }
 
