@@ -85,6 +85,8 @@ void tbrMainButtons_ButtonClick(AppContext& ctx, const QString& key) {
     v.setVisible(Element(ctl::fraMain, ctx.shell.CurrentPage), false);
     ctx.shell.CurrentPage = page;
     SwitchTo(ctx, page);
+    if (page == 2 && ctx.rules.WorkingRules.RuleCount > 0)
+        ShowCurrentRule(ctx);
     v.setVisible(ctl::fraNoAcntsBanner, ctx.shell.CurrentPage < 3 && ctx.accounts.AcntNum == 0);
 }
 
