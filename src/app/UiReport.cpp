@@ -139,6 +139,7 @@ QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Head
         {"printed", Strings(h.printer.jobs)},
         {"status", panels},
         {"statusTip", view.statusBar.tipText},
+        {"listTip", view.messageList.tipText},
         {"tray", QJsonObject{{"present", view.trayEntry.present},
                              {"picture", trayPicture},
                              {"tip", view.trayEntry.tipText}}},

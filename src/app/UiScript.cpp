@@ -375,6 +375,15 @@ void Runner::line(const QString& raw) {
     } else if (verb == QLatin1String("wait")) {
         need(1);
         wait(args[0]);
+    } else if (verb == QLatin1String("hover")) {
+        need(3);
+        if (args[0] != ctl::lvwEmail)
+            throw ScriptError{QStringLiteral("only lvwEmail takes hover")};
+        const int row = Number(args[1], "a row number");
+        if (row < 0 || row > r.view.list().rowCount())
+            throw ScriptError{QStringLiteral("the list has no row %1").arg(row)};
+        touch(ctl::lvwEmail);
+        r.events.ListPointer(row, Number(args[2], "a position"));
     } else if (verb == QLatin1String("point")) {
         need(1);
         const int panel = Number(args[0], "a status panel");

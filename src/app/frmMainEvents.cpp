@@ -3,6 +3,7 @@
 #include "accounts/AccountEditing.h"
 
 #include "app/Gate.h"
+#include "app/ListTips.h"
 #include "app/Pages.h"
 #include "app/StatusBar.h"
 #include "app/frmMain.h"
@@ -193,6 +194,11 @@ void frmMainEvents::ListContextMenu(int row) {
     if (!GateAdmits(ctx, ctl::lvwEmail))
         return;
     lvwEmail_RightUp(ctx, row);
+}
+
+void frmMainEvents::ListPointer(int row, int x) {
+    // A tip changes nothing, so it needs no gate.
+    lvwEmail_MouseMove(ctx, row, x);
 }
 
 void frmMainEvents::ValueChanged(const QString& control) {

@@ -26,6 +26,7 @@ public:
     void ListDoubleClick(int row) override;
     void ListHeaderClick(int column) override;
     void ListContextMenu(int row) override;
+    void ListPointer(int row, int x) override;
     void ValueChanged(const QString& control) override;
     void StatusBarPointer(int panel) override;
     void Resize() override;

@@ -13,6 +13,10 @@ struct ListState {
     // under the pointer (0 for none).
     bool ItemUnderPointer = false;
     int HoverMessage = 0;
+    // The row and column zone of the last pointer move that was handled,
+    // so that moving within one cell leaves its tip alone; -1 for none.
+    int TipRow = 0;
+    int TipZone = -1;
     int ListAttachCount = 0;
     int ListDeleteAttachCount = 0;
     int ListNewAttachCount = 0;

@@ -103,6 +103,14 @@ public:
     virtual void setColumnWidth(int column, int width) = 0;
     virtual int width() const = 0;
     virtual bool hasFocus() const = 0;
+    // The width of a text in the list's font, in pixels, and the pixels an
+    // inch the list's screen has.
+    virtual int textWidth(const QString& text) const = 0;
+    virtual int logicalDpi() const = 0;
+    // The list's tip, plain text shown for 5000 ms over the cell under the
+    // pointer; blank for none.
+    virtual void setTip(const QString& text) = 0;
+    virtual QString tip() const = 0;
 };
 
 // The status bar: five panels counting from 1, its tip and the progress bar

@@ -39,6 +39,9 @@ public:
     virtual void ListDoubleClick(int row) = 0;
     virtual void ListHeaderClick(int column) = 0;
     virtual void ListContextMenu(int row) = 0;
+    // The pointer moved over the list: the row under it, 0 for none, and its
+    // distance in pixels from the left of the first column.
+    virtual void ListPointer(int row, int x) = 0;
 
     // An editing control changed its value by the user's hand.
     virtual void ValueChanged(const QString& control) = 0;

@@ -54,6 +54,13 @@ public:
     void setColumnWidth(int column, int width) override { columnWidths[column] = width; }
     int width() const override { return pixelWidth; }
     bool hasFocus() const override { return focused; }
+    // A fixed width a character, so that tests can tell where a text is cut.
+    int textWidth(const QString& text) const override { return CharWidth * int(text.size()); }
+    int logicalDpi() const override { return 96; }
+    void setTip(const QString& text) override { tipText = text; }
+    QString tip() const override { return tipText; }
+
+    static constexpr int CharWidth = 7;
 
     static constexpr int RowHeight = 18;
     QVector<ListRow> rows;
@@ -62,6 +69,7 @@ public:
     QHash<int, int> columnWidths;
     int pixelWidth = 900;
     bool focused = false;
+    QString tipText;
 
 private:
     bool valid(int row) const;

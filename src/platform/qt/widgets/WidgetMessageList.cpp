@@ -10,6 +10,7 @@
 #include <QLayout>
 #include <QMenu>
 #include <QTableWidget>
+#include <QToolTip>
 
 namespace velmora {
 
@@ -20,6 +21,7 @@ const int kColumns = int(ListColumns().size());
 const int kSizeColumn = int(ListColumns().indexOf(QStringLiteral("Size")));
 constexpr int kPictureRole = Qt::UserRole;
 constexpr int kPicture = 16;
+constexpr int kTipTime = 5000;
 
 // Lays out a window that has not shown yet, so that the list has the width
 // it will show with. Until then a layout hears of no change in its widgets'
@@ -53,7 +55,19 @@ public:
         return QTableWidget::rowAt(point.y()) + 1;
     }
 
+    // The cell the pointer was last reported over, where a tip shows.
+    QPoint lastPointer;
+
 protected:
+    void mouseMoveEvent(QMouseEvent* event) override {
+        QTableWidget::mouseMoveEvent(event);
+        lastPointer = event->position().toPoint();
+        // Measured from the first column, scrolled out of sight or not.
+        const int x = lastPointer.x() + horizontalOffset();
+        const int row = rowUnder(lastPointer);
+        reporter([row, x](MainViewEvents& events) { events.ListPointer(row, x); });
+    }
+
     void mouseReleaseEvent(QMouseEvent* event) override {
         QTableWidget::mouseReleaseEvent(event);
         // A double click is one click and the double click, not two clicks.
@@ -120,6 +134,8 @@ WidgetMessageList::WidgetMessageList(WidgetControls& controls)
     table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     table->setIconSize(QSize(kPicture, kPicture));
     table->setAccessibleName(QStringLiteral("Messages"));
+    // Moves without a button held are reported too, for the cells' tips.
+    table->setMouseTracking(true);
     table->verticalHeader()->hide();
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table->verticalHeader()->setDefaultSectionSize(qMax(table->fontMetrics().height(), kPicture) +
@@ -260,6 +276,35 @@ int WidgetMessageList::width() const {
 
 bool WidgetMessageList::hasFocus() const {
     return table->hasFocus();
+}
+
+int WidgetMessageList::textWidth(const QString& text) const {
+    return table->fontMetrics().horizontalAdvance(text);
+}
+
+int WidgetMessageList::logicalDpi() const {
+    return table->logicalDpiX();
+}
+
+void WidgetMessageList::setTip(const QString& text) {
+    tipText = text;
+    if (text.isEmpty()) {
+        QToolTip::hideText();
+        return;
+    }
+    const QModelIndex cell = table->indexAt(table->lastPointer);
+    const QRect area = cell.isValid() ? table->visualRect(cell) : QRect();
+    const QPoint at = table->viewport()->mapToGlobal(table->lastPointer);
+    // Escaped and wrapped in <p style='white-space:pre'> so that a subject
+    // reading "<b>" shows those characters and the line breaks hold.
+    QString plain = text.toHtmlEscaped();
+    plain.replace(QLatin1String("\r\n"), QLatin1String("<br>"));
+    QToolTip::showText(at, QStringLiteral("<p style='white-space:pre'>%1</p>").arg(plain),
+                       table->viewport(), area, kTipTime);
+}
+
+QString WidgetMessageList::tip() const {
+    return tipText;
 }
 
 } // namespace velmora

@@ -33,6 +33,10 @@ public:
     void setColumnWidth(int column, int width) override;
     int width() const override;
     bool hasFocus() const override;
+    int textWidth(const QString& text) const override;
+    int logicalDpi() const override;
+    void setTip(const QString& text) override;
+    QString tip() const override;
 
 private:
     class Table;
@@ -40,6 +44,7 @@ private:
     int index(int row) const;
 
     Table* table;
+    QString tipText;
 };
 
 } // namespace velmora
