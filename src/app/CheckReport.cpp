@@ -67,6 +67,11 @@ public:
         separate();
         out += flag ? QLatin1String("true") : QLatin1String("false");
     }
+    // A key and its value.
+    template <typename T> void field(const char* name, const T& v) {
+        key(name);
+        value(v);
+    }
     void value(const QStringList& texts) {
         open('[');
         for (const QString& text : texts)
@@ -126,16 +131,11 @@ void Dialogs(Json& j, const QList<RecordedBoxes::Box>& dialogs) {
     j.open('[');
     for (const RecordedBoxes::Box& box : dialogs) {
         j.open('{');
-        j.key("title");
-        j.value(box.title);
-        j.key("text");
-        j.value(box.text);
-        j.key("icon");
-        j.value(IconName(box.icon));
-        j.key("buttons");
-        j.value(ButtonsName(box.buttons));
-        j.key("answer");
-        j.value(AnswerName(box.answer));
+        j.field("title", box.title);
+        j.field("text", box.text);
+        j.field("icon", IconName(box.icon));
+        j.field("buttons", ButtonsName(box.buttons));
+        j.field("answer", AnswerName(box.answer));
         j.close('}');
     }
     j.close(']');
@@ -143,8 +143,7 @@ void Dialogs(Json& j, const QList<RecordedBoxes::Box>& dialogs) {
 
 void Message(Json& j, const MailMessage& m, int number) {
     j.open('{');
-    j.key("number");
-    j.value(qint64(number));
+    j.field("number", qint64(number));
     const std::pair<const char*, const QString*> texts[] = {
         {"From", &m.From}, {"To", &m.To},     {"Subject", &m.Subject}, {"Date", &m.Date},
         {"Size", &m.Size}, {"Body", &m.Body}, {"MsgID", &m.MsgID},     {"Raw", &m.Raw}};
@@ -164,20 +163,13 @@ void Message(Json& j, const MailMessage& m, int number) {
 void AccountJson(Json& j, const AppContext& ctx, int n) {
     const Account& a = ctx.accounts[n];
     j.open('{');
-    j.key("number");
-    j.value(qint64(n));
-    j.key("AcntName");
-    j.value(a.AcntName);
-    j.key("AcntEnabled");
-    j.value(qint64(a.AcntEnabled));
-    j.key("AcntChecked");
-    j.value(a.AcntChecked);
-    j.key("AcntConnected");
-    j.value(a.AcntConnected);
-    j.key("AcntStatusText");
-    j.value(a.AcntStatusText);
-    j.key("AcntLastCheckText");
-    j.value(a.AcntLastCheckText);
+    j.field("number", qint64(n));
+    j.field("AcntName", a.AcntName);
+    j.field("AcntEnabled", qint64(a.AcntEnabled));
+    j.field("AcntChecked", a.AcntChecked);
+    j.field("AcntConnected", a.AcntConnected);
+    j.field("AcntStatusText", a.AcntStatusText);
+    j.field("AcntLastCheckText", a.AcntLastCheckText);
     const std::pair<const char*, int> counts[] = {{"AcntMsgCount", a.AcntMsgCount},
                                                   {"AcntNewCount", a.AcntNewCount},
                                                   {"AcntPrevCount", a.AcntPrevCount},
@@ -187,12 +179,9 @@ void AccountJson(Json& j, const AppContext& ctx, int n) {
         j.key(name);
         j.value(qint64(count));
     }
-    j.key("AcntHasMessages");
-    j.value(a.AcntHasMessages);
-    j.key("AcntHasNew");
-    j.value(a.AcntHasNew);
-    j.key("tabImage");
-    j.value(ctx.view->tabs(TabStrip::Email).image(n));
+    j.field("AcntHasMessages", a.AcntHasMessages);
+    j.field("AcntHasNew", a.AcntHasNew);
+    j.field("tabImage", ctx.view->tabs(TabStrip::Email).image(n));
     j.key("messages");
     j.open('[');
     for (int i = 1; i <= a.AcntMsgCount; ++i)
@@ -210,8 +199,7 @@ void StatusBarJson(Json& j, const AppContext& ctx) {
     for (int panel = 1; panel <= 5; ++panel)
         j.value(bar.panelText(panel));
     j.close(']');
-    j.key("picture");
-    j.value(bar.panelPicture(2));
+    j.field("picture", bar.panelPicture(2));
     j.key("tips");
     j.open('[');
     const PanelTipFacts facts = CurrentPanelFacts(ctx);
@@ -229,12 +217,9 @@ void RuleReportJson(Json& j, const AppContext& ctx, bool opens) {
     }
     const RuleReportContent c = RuleReportTexts(ctx);
     j.open('{');
-    j.key("deleteText");
-    j.value(c.deleteText);
-    j.key("spamText");
-    j.value(c.spamText);
-    j.key("tabs");
-    j.value(RuleReportTabs());
+    j.field("deleteText", c.deleteText);
+    j.field("spamText", c.spamText);
+    j.field("tabs", RuleReportTabs());
     j.close('}');
 }
 
@@ -244,10 +229,8 @@ void TabsJson(Json& j, const AppContext& ctx) {
     j.open('[');
     for (int tab = 1; tab <= tabs.count(); ++tab) {
         j.open('{');
-        j.key("caption");
-        j.value(tabs.caption(tab));
-        j.key("picture");
-        j.value(tabs.image(tab));
+        j.field("caption", tabs.caption(tab));
+        j.field("picture", tabs.image(tab));
         j.close('}');
     }
     j.close(']');
@@ -259,12 +242,9 @@ void ListJson(Json& j, const AppContext& ctx) {
     for (int row = 1; row <= list.rowCount(); ++row) {
         const ListRow r = list.row(row);
         j.open('{');
-        j.key("picture");
-        j.value(r.picture);
-        j.key("cells");
-        j.value(r.cells);
-        j.key("bold");
-        j.value(r.bold);
+        j.field("picture", r.picture);
+        j.field("cells", r.cells);
+        j.field("bold", r.bold);
         j.close('}');
     }
     j.close(']');
@@ -279,8 +259,7 @@ void TrayJson(Json& j, const QList<PassExtras::TrayTick>& ticks) {
         for (int image : tick.picture)
             j.value(qint64(image));
         j.close(']');
-        j.key("tip");
-        j.value(tick.tip);
+        j.field("tip", tick.tip);
         j.close('}');
     }
     j.close(']');
@@ -289,29 +268,21 @@ void TrayJson(Json& j, const QList<PassExtras::TrayTick>& ticks) {
 void Pass(Json& j, const AppContext& ctx, int pass, const QList<RecordedBoxes::Box>& dialogs,
           const PassExtras& extras) {
     j.open('{');
-    j.key("pass");
-    j.value(qint64(pass));
-    j.key("TotalMessages");
-    j.value(qint64(ctx.check.TotalMessages));
-    j.key("TotalNew");
-    j.value(qint64(ctx.check.TotalNew));
+    j.field("pass", qint64(pass));
+    j.field("TotalMessages", qint64(ctx.check.TotalMessages));
+    j.field("TotalNew", qint64(ctx.check.TotalNew));
     if (extras.autoWalk) {
-        j.key("AccountInfoText");
-        j.value(ctx.check.AccountInfoText);
-        j.key("NextCheckText");
-        j.value(ctx.check.NextCheckText);
-        j.key("NextCheckTime");
-        j.value(ctx.check.NextCheckTime);
+        j.field("AccountInfoText", ctx.check.AccountInfoText);
+        j.field("NextCheckText", ctx.check.NextCheckText);
+        j.field("NextCheckTime", ctx.check.NextCheckTime);
     }
     j.key("autoCheckMessage");
     if (extras.autoCheckMessage.isNull())
         j.null();
     else
         j.value(extras.autoCheckMessage);
-    j.key("sounds");
-    j.value(extras.sounds);
-    j.key("ruleReport");
-    j.value(extras.ruleReport);
+    j.field("sounds", extras.sounds);
+    j.field("ruleReport", extras.ruleReport);
     j.key("ruleReportText");
     RuleReportJson(j, ctx, extras.ruleReport);
     j.key("accounts");
@@ -321,8 +292,7 @@ void Pass(Json& j, const AppContext& ctx, int pass, const QList<RecordedBoxes::B
     j.close(']');
     j.key("tabs");
     TabsJson(j, ctx);
-    j.key("AcntCurrent");
-    j.value(qint64(ctx.accounts.AcntCurrent));
+    j.field("AcntCurrent", qint64(ctx.accounts.AcntCurrent));
     j.key("list");
     ListJson(j, ctx);
     j.key("dialogs");

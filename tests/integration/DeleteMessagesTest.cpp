@@ -54,14 +54,8 @@ void DeleteMessagesTest::initTestCase() {
 
 std::unique_ptr<TestRig> DeleteMessagesTest::rig(quint16 port, const QString& login) {
     auto r = std::make_unique<TestRig>();
-    const QString s = "Settings\\";
-    r->settings.set(s + "FirstUse", "1");
-    r->addAccount(1, "Home");
-    r->settings.set(s + "AcntServer1", "127.0.0.1");
-    r->settings.set(s + "AcntPort1", QString::number(port));
-    r->settings.set(s + "AcntLoginID1", login);
-    r->settings.set(s + "AcntPassword1", "secret");
-    r->settings.set(s + "Options\\ConnectTimeOut", "5");
+    r->settings.set("Settings\\FirstUse", "1");
+    r->addLoopbackAccount(port, login, "secret");
     r->ctx->svc.pop = &pop;
     r->start();
     return r;
@@ -93,16 +87,7 @@ void DeleteMessagesTest::selectedRowsAreGoneAtTheNextCheck() {
 }
 
 void DeleteMessagesTest::commandLineDeletesRows() {
-    QSettings file(sandbox->configHome() + "/Kestrum/Velmora.conf", QSettings::IniFormat);
-    file.setValue("Settings/FirstUse", "1");
-    file.setValue("Settings/AcntNum", "1");
-    file.setValue("Settings/AcntName1", "Home");
-    file.setValue("Settings/AcntEnabled1", "1");
-    file.setValue("Settings/AcntServer1", "127.0.0.1");
-    file.setValue("Settings/AcntPort1", QString::number(dovecot.plainPort()));
-    file.setValue("Settings/AcntLoginID1", "cli");
-    file.setValue("Settings/AcntPassword1", "secret");
-    file.sync();
+    sandbox->writeOneAccount(dovecot.plainPort(), "cli");
     const QString cli = qEnvironmentVariable("VELMORA_BIN_DIR") + "/velmora-cli";
 
     auto run = [&](const QStringList& args) {

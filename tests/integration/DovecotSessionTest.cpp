@@ -66,14 +66,8 @@ void DovecotSessionTest::initTestCase() {
 std::unique_ptr<TestRig> DovecotSessionTest::rig(quint16 port, bool secure,
                                                  const QByteArray& password) {
     auto r = std::make_unique<TestRig>();
-    const QString s = "Settings\\";
-    r->addAccount(1, "Home");
-    r->settings.set(s + "AcntServer1", "127.0.0.1");
-    r->settings.set(s + "AcntPort1", QString::number(port));
-    r->settings.set(s + "AcntSecure1", secure ? "1" : "0");
-    r->settings.set(s + "AcntLoginID1", "user");
-    r->settings.set(s + "AcntPassword1", QString::fromUtf8(password));
-    r->settings.set(s + "Options\\ConnectTimeOut", "5");
+    r->addLoopbackAccount(port, "user", QString::fromUtf8(password));
+    r->settings.set("Settings\\AcntSecure1", secure ? "1" : "0");
     r->ctx->svc.pop = &pop;
     r->start();
     return r;
@@ -140,15 +134,7 @@ void DovecotSessionTest::checkBringsEveryMessage() {
 // A settings file of the sandbox with one account on the plain port, as a
 // user who has seen the welcome; the command line to run on it.
 QString DovecotSessionTest::commandLineOnOneAccount() {
-    QSettings file(sandbox->configHome() + "/Kestrum/Velmora.conf", QSettings::IniFormat);
-    file.setValue("Settings/FirstUse", "1");
-    file.setValue("Settings/AcntNum", "1");
-    file.setValue("Settings/AcntName1", "Home");
-    file.setValue("Settings/AcntServer1", "127.0.0.1");
-    file.setValue("Settings/AcntPort1", QString::number(dovecot.plainPort()));
-    file.setValue("Settings/AcntLoginID1", "user");
-    file.setValue("Settings/AcntPassword1", "secret");
-    file.sync();
+    sandbox->writeOneAccount(dovecot.plainPort(), "user");
     return qEnvironmentVariable("VELMORA_BIN_DIR") + "/velmora-cli";
 }
 

@@ -16,6 +16,9 @@ public:
     QString configHome() const { return dir.path() + "/config"; }
     QString dataHome() const { return dir.path() + "/data"; }
     QString runtimeDir() const { return dir.path() + "/runtime"; }
+    // The settings file of a user who has seen the welcome and has one
+    // account, "Home", on a server of this machine.
+    void writeOneAccount(quint16 port, const QString& login) const;
 
 private:
     QTemporaryDir dir;

@@ -31,4 +31,14 @@ void TestRig::addAccount(int n, const QString& name, bool enabled) {
         settings.set(s + "AcntNum", QString::number(n));
 }
 
+void TestRig::addLoopbackAccount(quint16 port, const QString& login, const QString& password) {
+    const QString s = QStringLiteral("Settings\\");
+    addAccount(1, "Home");
+    settings.set(s + "AcntServer1", "127.0.0.1");
+    settings.set(s + "AcntPort1", QString::number(port));
+    settings.set(s + "AcntLoginID1", login);
+    settings.set(s + "AcntPassword1", password);
+    settings.set(s + "Options\\ConnectTimeOut", "5");
+}
+
 } // namespace velmora

@@ -43,6 +43,8 @@ struct TestRig {
     // Writes account n's keys as the Accounts page would; its server is a
     // mailbox of `server` named after the account.
     void addAccount(int n, const QString& name, bool enabled = true);
+    // Account 1, "Home", on a server of this machine, with a short timeout.
+    void addLoopbackAccount(quint16 port, const QString& login, const QString& password);
     FakeMailbox& mailbox(const QString& account) { return server.host(account + ".example"); }
 };
 
