@@ -472,6 +472,10 @@ void lblColourBox_Click(AppContext& ctx, int box) {
     ctx.view->setVisible(ctl::fraColourBox, false);
 }
 
+void fraAcnt_MouseMove(AppContext& ctx) {
+    ctx.view->setVisible(ctl::fraColourBox, false);
+}
+
 void SetMoveButtons(AppContext& ctx) {
     const AccountStore& acc = ctx.accounts;
     MainView& v = *ctx.view;

@@ -27,6 +27,8 @@ void AddAccount(AppContext& ctx);
 void TabStripAcnts_Click(AppContext& ctx);
 void tbrColour_Click(AppContext& ctx);
 void lblColourBox_Click(AppContext& ctx, int box);
+// The pointer left the colour boxes for the page around them.
+void fraAcnt_MouseMove(AppContext& ctx);
 
 // Deleting and reordering: the tree is kept as an image of the list, so
 // both rewrite every account whose number they touch.

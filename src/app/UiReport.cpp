@@ -140,6 +140,7 @@ QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Head
         {"status", panels},
         {"statusTip", view.statusBar.tipText},
         {"listTip", view.messageList.tipText},
+        {"focus", view.focus},
         {"tray", QJsonObject{{"present", view.trayEntry.present},
                              {"picture", trayPicture},
                              {"tip", view.trayEntry.tipText}}},

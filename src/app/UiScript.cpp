@@ -375,10 +375,19 @@ void Runner::line(const QString& raw) {
     } else if (verb == QLatin1String("wait")) {
         need(1);
         wait(args[0]);
+    } else if (verb == QLatin1String("hover") && args.value(0) == ctl::fraAcnt) {
+        r.events.FramePointer(ctl::fraAcnt);
+    } else if (verb == QLatin1String("focus")) {
+        need(1);
+        if (args[0] != ctl::lvwEmail && args[0] != ctl::TabStripEmail &&
+            args[0] != ctl::TabStripAcnts)
+            throw ScriptError{QStringLiteral("%1 takes no focus by itself").arg(args[0])};
+        r.view.setFocus(args[0]);
+        r.events.FocusArrived(args[0]);
     } else if (verb == QLatin1String("hover")) {
         need(3);
         if (args[0] != ctl::lvwEmail)
-            throw ScriptError{QStringLiteral("only lvwEmail takes hover")};
+            throw ScriptError{QStringLiteral("only lvwEmail and fraAcnt take hover")};
         const int row = Number(args[1], "a row number");
         if (row < 0 || row > r.view.list().rowCount())
             throw ScriptError{QStringLiteral("the list has no row %1").arg(row)};

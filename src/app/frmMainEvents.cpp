@@ -201,6 +201,27 @@ void frmMainEvents::ListPointer(int row, int x) {
     lvwEmail_MouseMove(ctx, row, x);
 }
 
+void frmMainEvents::FocusArrived(const QString& control) {
+    // Only the focus moves, so no gate is asked. Parking it on
+    // cmdTakeFocus keeps the focus mark off the list and the tabs.
+    if (control == ctl::lvwEmail) {
+        if (ctx.list.HoverMessage == 0)
+            ctx.view->setFocus(ctl::cmdTakeFocus);
+    } else if (control == ctl::TabStripEmail || control == ctl::TabStripAcnts) {
+        const ShellState& s = ctx.shell;
+        if (!s.FirstUseOpen && !s.AutoMessageOpen && !s.PreviewOpen && !s.RuleReportOpen)
+            ctx.view->setFocus(ctl::cmdTakeFocus);
+    } else {
+        throw UnknownControl(control + QStringLiteral(" reports no focus"));
+    }
+}
+
+void frmMainEvents::FramePointer(const QString& frame) {
+    if (frame != ctl::fraAcnt)
+        throw UnknownControl(frame + QStringLiteral(" reports no pointer"));
+    fraAcnt_MouseMove(ctx);
+}
+
 void frmMainEvents::ValueChanged(const QString& control) {
     if (!GateAdmits(ctx, control))
         return;

@@ -27,6 +27,8 @@ public:
     void ListHeaderClick(int column) override;
     void ListContextMenu(int row) override;
     void ListPointer(int row, int x) override;
+    void FocusArrived(const QString& control) override;
+    void FramePointer(const QString& frame) override;
     void ValueChanged(const QString& control) override;
     void StatusBarPointer(int panel) override;
     void Resize() override;

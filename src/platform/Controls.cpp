@@ -119,6 +119,7 @@ const QVector<ControlInfo>& ControlTable() {
         for (const auto& name : {ctl::tbrMainButtons, ctl::tbrEmail, ctl::tbrAcnts, ctl::tbrRules,
                                  ctl::tbrOptAbout, ctl::tbrColour, ctl::tbrMoveAccounts})
             t.append({name, K::Toolbar});
+        t.append({ctl::fraAcnt, K::Frame});
         t.append({ctl::fraColourBox, K::Frame});
         for (int box = 1; box <= ctl::ColourBoxes; ++box)
             t.append({Element(ctl::lblColourBox, box), K::Link});

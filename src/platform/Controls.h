@@ -86,6 +86,7 @@ inline constexpr QLatin1String mnuEmailDelete("mnuEmailDelete");
 inline constexpr QLatin1String mnuEmailReply("mnuEmailReply");
 inline constexpr QLatin1String mnuEmailOpen("mnuEmailOpen");
 // The Accounts page.
+inline constexpr QLatin1String fraAcnt("fraAcnt");
 inline constexpr QLatin1String fraColourBox("fraColourBox");
 inline constexpr QLatin1String lblColourBox("lblColourBox");
 inline constexpr QLatin1String tbrColour("tbrColour");

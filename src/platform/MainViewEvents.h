@@ -43,6 +43,13 @@ public:
     // distance in pixels from the left of the first column.
     virtual void ListPointer(int row, int x) = 0;
 
+    // The list or a tab strip took the focus from the pointer. Focus brought
+    // by the keyboard is not reported: keyboard users keep it where they put
+    // it.
+    virtual void FocusArrived(const QString& control) = 0;
+    // The pointer moved over a page's frame, away from the controls on it.
+    virtual void FramePointer(const QString& frame) = 0;
+
     // An editing control changed its value by the user's hand.
     virtual void ValueChanged(const QString& control) = 0;
 

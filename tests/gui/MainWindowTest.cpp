@@ -56,6 +56,9 @@ struct Recorder : MainViewEvents {
     void ListContextMenu(int row) override { seen << QString("ListContextMenu %1").arg(row); }
     // Moves come with every click the tests make; they are not what is compared.
     void ListPointer(int /*row*/, int /*x*/) override {}
+    // A click gives the list the focus as well; the tables below leave it out.
+    void FocusArrived(const QString& /*control*/) override {}
+    void FramePointer(const QString& frame) override { seen << "FramePointer " + frame; }
     void ValueChanged(const QString& control) override { seen << "ValueChanged " + control; }
     void StatusBarPointer(int panel) override { seen << QString("StatusBarPointer %1").arg(panel); }
     void Resize() override { seen << "Resize"; }

@@ -23,6 +23,7 @@ private Q_SLOTS:
     void swapCarriesMessagesAndKeys();
     void moveButtonsFollowThePosition();
     void failedWriteKeepsThePageDirty();
+    void colourBoxesGoWhenThePointerLeavesThem();
 };
 
 namespace {
@@ -376,6 +377,17 @@ void AccountsPageTest::failedWriteKeepsThePageDirty() {
     QCOMPARE(p.key("AcntName", 1), QString("Hut"));
     QVERIFY(!p.dirty());
     p.ctx().svc.settings = &p.rig->settings;
+}
+
+void AccountsPageTest::colourBoxesGoWhenThePointerLeavesThem() {
+    Page p({"Home"});
+    p.click("tbrColour/Colour");
+    QVERIFY(p.view().isVisible(ctl::fraColourBox));
+    p.events->FramePointer(ctl::fraAcnt);
+    QVERIFY(!p.view().isVisible(ctl::fraColourBox));
+    // Leaving chose nothing.
+    QVERIFY(!p.dirty());
+    QVERIFY_THROWS_EXCEPTION(UnknownControl, p.events->FramePointer(ctl::fraMainButtons));
 }
 
 QTEST_GUILESS_MAIN(AccountsPageTest)

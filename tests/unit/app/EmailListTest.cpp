@@ -21,6 +21,8 @@ private Q_SLOTS:
     void tabPictureFollowsTheCheck();
     void clicksDecideTheSelectionActions();
     void rightClickPopsTheMenuEvenOffTheRows();
+    void focusIsParkedOffTheListAndTabs_data();
+    void focusIsParkedOffTheListAndTabs();
     void headerClicksSortAndReverse();
     void headerClicksDoNothingWithoutSorting();
     void columnWidthsGoBackToTheStartUpDefaults();
@@ -241,6 +243,30 @@ void EmailListTest::rightClickPopsTheMenuEvenOffTheRows() {
     QCOMPARE(fresh.view().poppedUpMenus, QStringList{ctl::mnuEmailPopMenu});
     for (const QString& entry : EmailMenuEntries())
         QVERIFY(!fresh.view().isEnabled(entry));
+}
+
+void EmailListTest::focusIsParkedOffTheListAndTabs_data() {
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<int>("hover");
+    QTest::addColumn<bool>("previewOpen");
+    QTest::addColumn<bool>("parked");
+    QTest::newRow("list, pointer off the rows") << QString(ctl::lvwEmail) << 0 << false << true;
+    QTest::newRow("list, pointer on a row") << QString(ctl::lvwEmail) << 2 << false << false;
+    QTest::newRow("tabs") << QString(ctl::TabStripEmail) << 0 << false << true;
+    QTest::newRow("tabs under the preview") << QString(ctl::TabStripAcnts) << 0 << true << false;
+}
+
+void EmailListTest::focusIsParkedOffTheListAndTabs() {
+    QFETCH(QString, control);
+    QFETCH(int, hover);
+    QFETCH(bool, previewOpen);
+    QFETCH(bool, parked);
+    Started s = Start({{"a", "b", "c"}});
+    s.ctx().list.HoverMessage = hover;
+    s.ctx().shell.PreviewOpen = previewOpen;
+    s.view().setFocus(control);
+    s.events->FocusArrived(control);
+    QCOMPARE(s.view().focus, parked ? QString(ctl::cmdTakeFocus) : control);
 }
 
 void EmailListTest::headerClicksSortAndReverse() {

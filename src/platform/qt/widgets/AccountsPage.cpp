@@ -12,6 +12,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionFocusRect>
 #include <QTabBar>
@@ -45,6 +46,46 @@ protected:
             style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &p, this);
         }
     }
+};
+
+// The sheet of the account's fields. The colour boxes float over it at the
+// Colour button; the pointer moving over the sheet itself, away from them,
+// is reported while they show, so that they go again.
+class AccountSheet : public QFrame {
+public:
+    explicit AccountSheet(const EventReporter& reporter) : reporter(reporter) {
+        setFrameShape(QFrame::StyledPanel);
+        setMouseTracking(true);
+    }
+
+    void floatBoxes(QWidget* choices, QWidget* at) {
+        boxes = choices;
+        anchor = at;
+        boxes->setParent(this);
+        boxes->setAutoFillBackground(true);
+        boxes->installEventFilter(this);
+    }
+
+protected:
+    void mouseMoveEvent(QMouseEvent* event) override {
+        QFrame::mouseMoveEvent(event);
+        if (boxes && boxes->isVisible() && !boxes->geometry().contains(event->position().toPoint()))
+            reporter([](MainViewEvents& events) { events.FramePointer(ctl::fraAcnt); });
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == boxes && event->type() == QEvent::Show) {
+            boxes->adjustSize();
+            boxes->move(anchor->mapTo(this, QPoint(0, 0)));
+            boxes->raise();
+        }
+        return false;
+    }
+
+private:
+    EventReporter reporter;
+    QWidget* boxes = nullptr;
+    QWidget* anchor = nullptr;
 };
 
 // A bar of the page's own buttons, which carry captions only.
@@ -104,8 +145,9 @@ AccountsPage::AccountsPage(WidgetControls& controls)
     tabbed->setSpacing(0);
     tabbed->addWidget(tabs.widget());
 
-    auto* sheet = new QFrame;
-    sheet->setFrameShape(QFrame::StyledPanel);
+    auto* sheet = new AccountSheet(controls.report());
+    controls.add(sheet, ctl::fraAcnt);
+    fields = sheet;
     auto* form = new QGridLayout(sheet);
     form->setColumnStretch(1, 1);
     form->setColumnStretch(2, 1);
@@ -131,7 +173,8 @@ AccountsPage::AccountsPage(WidgetControls& controls)
     controls.add(colour, ctl::txtAcntColour);
     auto* colourRow = new QHBoxLayout;
     colourRow->addWidget(colour);
-    colourRow->addWidget(SmallBar(controls, ctl::tbrColour));
+    QToolBar* colourBar = SmallBar(controls, ctl::tbrColour);
+    colourRow->addWidget(colourBar);
     auto* choices = new QGroupBox;
     controls.add(choices, ctl::fraColourBox);
     auto* swatches = new QHBoxLayout(choices);
@@ -140,7 +183,7 @@ AccountsPage::AccountsPage(WidgetControls& controls)
         controls.add(swatch, Element(ctl::lblColourBox, box));
         swatches->addWidget(swatch);
     }
-    colourRow->addWidget(choices);
+    sheet->floatBoxes(choices, colourBar);
     colourRow->addStretch(1);
     form->addWidget(Buddy(QStringLiteral("Colour:"), colour), row, 0);
     form->addLayout(colourRow, row++, 1, 1, 2);

@@ -13,11 +13,14 @@ public:
     explicit AccountsPage(WidgetControls& controls);
 
     QWidget* frame() const { return page; }
+    // What the no-accounts banner covers.
+    QWidget* covered() const { return fields; }
 
     WidgetTabStrip tabs;
 
 private:
     QWidget* page = nullptr;
+    QWidget* fields = nullptr;
 };
 
 } // namespace velmora

@@ -61,6 +61,7 @@ MainWindow::MainWindow() {
         right->addWidget(page, 1);
     columns->addLayout(right, 1);
     setCentralWidget(central);
+    coverUnderBanner(accounts->covered());
 
     statusPanels = std::make_unique<WidgetStatusBar>(statusBar(), report());
     trayEntry = std::make_unique<WidgetTray>(*this, this);
@@ -129,6 +130,36 @@ QWidget* MainWindow::buildBanners() {
     noteLayout->addWidget(noteText);
     layout->addWidget(noAccounts);
     return holder;
+}
+
+namespace {
+
+// While the no-accounts banner shows, the fields it stands for take no
+// clicks and no keyboard focus.
+class Cover : public QObject {
+public:
+    Cover(QWidget* banner, QWidget* covered) : QObject(banner), covered(covered) {
+        covered->setEnabled(banner->isHidden());
+        banner->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::ShowToParent)
+            covered->setEnabled(false);
+        else if (event->type() == QEvent::HideToParent)
+            covered->setEnabled(true);
+        return false;
+    }
+
+private:
+    QWidget* covered;
+};
+
+} // namespace
+
+void MainWindow::coverUnderBanner(QWidget* covered) {
+    new Cover(qobject_cast<QWidget*>(WidgetControls::find(ctl::fraNoAcntsBanner)), covered);
 }
 
 TabStripView& MainWindow::tabs(TabStrip strip) {

@@ -68,6 +68,7 @@ protected:
 private:
     QWidget* buildMainButtons();
     QWidget* buildBanners();
+    void coverUnderBanner(QWidget* covered);
     void resized();
 
     std::unique_ptr<EmailPage> email;

@@ -6,6 +6,7 @@
 
 #include <QAction>
 #include <QContextMenuEvent>
+#include <QFocusEvent>
 #include <QHeaderView>
 #include <QLayout>
 #include <QMenu>
@@ -92,6 +93,12 @@ protected:
                             : rowUnder(event->pos());
         event->accept();
         report(&MainViewEvents::ListContextMenu, row);
+    }
+
+    void focusInEvent(QFocusEvent* event) override {
+        QTableWidget::focusInEvent(event);
+        if (event->reason() == Qt::MouseFocusReason)
+            reporter([](MainViewEvents& events) { events.FocusArrived(ctl::lvwEmail); });
     }
 
     void keyPressEvent(QKeyEvent* event) override {
