@@ -4,7 +4,9 @@
 Run inside its own session bus (dbus-run-session): starts Xvfb, trayer, the
 accessibility bus and velmora on a sandboxed home, opens the tray menu with
 a right click and reads the menu's entries over AT-SPI. Each entry must be
-reachable by its caption as shown: no "|#key" suffix, no "&" marker.
+reachable by its caption as shown: no "|#key" suffix, no "&" marker. Then
+the window: its buttons by caption, the message list as a table with its
+headers, and the Accounts page's inputs by their labels.
 """
 import os
 import shutil
@@ -61,6 +63,56 @@ def window_names(pyatspi):
         walk(app)
         return names if "Check All" in names else None
     return None
+
+
+def velmora_nodes(pyatspi):
+    """Every accessible of velmora's, with its role name."""
+    desktop = pyatspi.Registry.getDesktop(0)
+    found = []
+    for app in (desktop.getChildAtIndex(i) for i in range(desktop.childCount)):
+        if app is None or app.name.lower() != "velmora":
+            continue
+
+        def walk(node, depth=0):
+            if node is None or depth > 40:
+                return
+            found.append(node)
+            for i in range(node.childCount):
+                walk(node.getChildAtIndex(i), depth + 1)
+
+        walk(app)
+    return found
+
+
+# The Accounts page's inputs, by their buddy labels.
+ACCOUNT_INPUTS = ["Account", "Server", "Port", "Login ID", "Password", "Email Client", "Sound"]
+LIST_HEADERS = ["From", "To", "Subject", "Date", "Size"]
+
+
+def check_list_and_inputs(pyatspi):
+    nodes = velmora_nodes(pyatspi)
+    tables = [n for n in nodes if n.getRoleName() == "table" and n.name == "Messages"]
+    if not tables:
+        fail("the message list is not a table named Messages")
+    table = tables[0].queryTable()
+    headers = [table.getColumnDescription(c) for c in range(table.nColumns)]
+    if headers != LIST_HEADERS:
+        fail(f"the list's column headers over AT-SPI: {headers}")
+    print("PASS: the message list is a table with its headers", flush=True)
+
+    button = next((n for n in nodes if n.name == "Accounts" and n.getRoleName() == "push button"),
+                  None)
+    if button is None:
+        fail("no Accounts button")
+    button.queryAction().doAction(0)
+
+    def inputs():
+        named = {n.name for n in velmora_nodes(pyatspi)
+                 if n.getRoleName() in ("text", "password text", "entry")}
+        return named if all(i in named for i in ACCOUNT_INPUTS) else None
+
+    wait_for(f"the Accounts page's inputs {ACCOUNT_INPUTS} by their labels", inputs)
+    print(f"PASS: {len(ACCOUNT_INPUTS)} account inputs named by their labels", flush=True)
 
 
 def tray_entry(env):
@@ -150,6 +202,7 @@ def main():
         if missing:
             fail(f"not reachable by name over AT-SPI: {missing}; found {sorted(names)}")
         print(f"PASS: {len(WINDOW_NAMES)} window controls reachable by caption", flush=True)
+        check_list_and_inputs(pyatspi)
     finally:
         for child in reversed(children):
             if child.poll() is None:
