@@ -10,7 +10,9 @@
 #include <QHeaderView>
 #include <QLayout>
 #include <QMenu>
+#include <QStyle>
 #include <QTableWidget>
+#include <QTimer>
 #include <QToolTip>
 
 namespace velmora {
@@ -125,7 +127,9 @@ private:
 };
 
 WidgetMessageList::WidgetMessageList(WidgetControls& controls)
-    : table(new Table(controls.report())) {
+    : table(new Table(controls.report())), tipDelay(new QTimer(table)) {
+    tipDelay->setSingleShot(true);
+    QObject::connect(tipDelay, &QTimer::timeout, table, [this] { showTip(); });
     table->setColumnCount(kColumns);
     table->setHorizontalHeaderLabels(ListColumns());
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -295,10 +299,22 @@ int WidgetMessageList::logicalDpi() const {
 
 void WidgetMessageList::setTip(const QString& text) {
     tipText = text;
+    tipDelay->stop();
     if (text.isEmpty()) {
         QToolTip::hideText();
         return;
     }
+    // From one tip to the next there is no wait, as with other tooltips.
+    if (QToolTip::isVisible())
+        showTip();
+    else
+        tipDelay->start(table->style()->styleHint(QStyle::SH_ToolTip_WakeUpDelay));
+}
+
+void WidgetMessageList::showTip() {
+    if (tipText.isEmpty())
+        return;
+    const QString text = tipText;
     const QModelIndex cell = table->indexAt(table->lastPointer);
     const QRect area = cell.isValid() ? table->visualRect(cell) : QRect();
     const QPoint at = table->viewport()->mapToGlobal(table->lastPointer);

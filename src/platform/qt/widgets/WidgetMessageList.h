@@ -3,6 +3,7 @@
 #include "platform/MainView.h"
 
 class QTableWidget;
+class QTimer;
 
 namespace velmora {
 
@@ -42,9 +43,12 @@ private:
     class Table;
     // Row `row`, counted from 1, as the table's; -1 when there is none.
     int index(int row) const;
+    void showTip();
 
     Table* table;
     QString tipText;
+    // A new tip waits out the desktop's tooltip delay, as any tooltip does.
+    QTimer* tipDelay;
 };
 
 } // namespace velmora
