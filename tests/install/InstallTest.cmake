@@ -57,4 +57,26 @@ execute_process(COMMAND appstreamcli validate-tree --no-net ${prefix}
 if(NOT status EQUAL 0)
   message(FATAL_ERROR "appstreamcli validate-tree: ${said}")
 endif()
-file(REMOVE_RECURSE ${prefix})
+# A first start writes the logon entry; it must start the installed program
+# and read as a valid entry too.
+set(home ${BUILD_DIR}/install-test-home)
+file(REMOVE_RECURSE ${home})
+file(MAKE_DIRECTORY ${home}/runtime)
+execute_process(COMMAND ${CMAKE_COMMAND} -E env XDG_CONFIG_HOME=${home}/config
+    XDG_DATA_HOME=${home}/data XDG_RUNTIME_DIR=${home}/runtime TMPDIR=${home}
+    ${prefix}/bin/velmora-cli ui -
+  INPUT_FILE /dev/null RESULT_VARIABLE status OUTPUT_QUIET ERROR_VARIABLE said)
+set(entry ${home}/config/autostart/velmora.desktop)
+if(NOT status EQUAL 0 OR NOT EXISTS ${entry})
+  message(FATAL_ERROR "a first start wrote no logon entry (exit ${status}): ${said}")
+endif()
+file(STRINGS ${entry} exec REGEX "^Exec=")
+if(NOT exec STREQUAL "Exec=\"${prefix}/bin/velmora\"")
+  message(FATAL_ERROR "the logon entry starts '${exec}', not ${prefix}/bin/velmora")
+endif()
+execute_process(COMMAND desktop-file-validate ${entry}
+  RESULT_VARIABLE status OUTPUT_VARIABLE said ERROR_VARIABLE said)
+if(NOT status EQUAL 0 OR NOT said STREQUAL "")
+  message(FATAL_ERROR "desktop-file-validate, logon entry: ${said}")
+endif()
+file(REMOVE_RECURSE ${prefix} ${home})
