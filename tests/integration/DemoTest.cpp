@@ -52,13 +52,15 @@ void DemoTest::checkFindsTheDemoMail() {
         const char* name;
         qsizetype count;
         int spam;
-    } expected[] = {{"Home", demo::HomeMailbox(now).size(), 1},
-                    {"Work", demo::WorkMailbox(now).size(), 0}};
+        int deleted;
+    } expected[] = {{"Home", demo::HomeMailbox(now).size(), 1, 1},
+                    {"Work", demo::WorkMailbox(now).size(), 0, 0}};
     for (int i = 0; i < 2; ++i) {
         const QJsonObject account = accounts[i].toObject();
         QCOMPARE(account["AcntName"].toString(), QString(expected[i].name));
         QCOMPARE(account["AcntMsgCount"].toInt(), expected[i].count);
         QCOMPARE(account["AcntSpamCount"].toInt(), expected[i].spam);
+        QCOMPARE(account["AcntDeleteCount"].toInt(), expected[i].deleted);
         int attached = 0;
         for (const QJsonValue m : account["messages"].toArray()) {
             const QJsonObject message = m.toObject();

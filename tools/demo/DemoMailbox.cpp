@@ -168,6 +168,18 @@ QString SpamSubject() {
     return QStringLiteral("Congratulations, you have won a free cruise");
 }
 
+QByteArray DemoRules() {
+    return "[Rules]\r\nRuleCount=2\r\nShow=1\r\nShowNew=0\r\nTime=30\r\n"
+           "[Rule1]\r\nName=Prize mail\r\nEnabled=1\r\nAccount=All Accounts\r\n"
+           "Action=2\r\nDescCount=1\r\nDescription1=Subject Contains you have won \r\n"
+           "[Rule2]\r\nName=Garden offers\r\nEnabled=1\r\nAccount=Home\r\n"
+           "Action=1\r\nDescCount=1\r\nDescription1=From Contains offers@garden.example \r\n";
+}
+
+QString DeleteSubject() {
+    return QStringLiteral("Bulbs for the spring");
+}
+
 bool WriteDemoSettings(const QString& configHome, const QString& dataHome, quint16 homePort,
                        quint16 workPort, QString* error) {
     const QString conf = configHome + QStringLiteral("/Kestrum/Velmora.conf");
@@ -214,12 +226,8 @@ bool WriteDemoSettings(const QString& configHome, const QString& dataHome, quint
             return false;
         }
     }
-    // The Rule Report opens after a check whose rules marked something.
     QFile rules(rulesFolder + QStringLiteral("/Rules.ini"));
-    const QByteArray text = "[Rules]\r\nRuleCount=1\r\nShow=1\r\nShowNew=0\r\nTime=30\r\n"
-                            "[Rule1]\r\nName=Prize mail\r\nEnabled=1\r\nAccount=All Accounts\r\n"
-                            "Action=2\r\nDescCount=1\r\n"
-                            "Description1=Subject Contains you have won \r\n";
+    const QByteArray text = DemoRules();
     if (!rules.open(QIODevice::WriteOnly | QIODevice::Truncate) ||
         rules.write(text) != text.size() || !rules.flush()) {
         *error = QStringLiteral("cannot write %1: %2").arg(rules.fileName(), rules.errorString());

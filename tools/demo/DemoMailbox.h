@@ -10,13 +10,20 @@
 namespace velmora::demo {
 
 // What the demo shows: two mailboxes of made-up mail for the scripted POP3
-// server, the settings of two accounts on it and a rule that marks the one
-// piece of spam among them. Every message's date lies before `now`.
+// server, the settings of two accounts on it and the rules that mark the one
+// piece of spam and the one message to delete among them. Every message's date lies before `now`.
 QList<ScriptedPopServer::Message> HomeMailbox(const QDateTime& now);
 QList<ScriptedPopServer::Message> WorkMailbox(const QDateTime& now);
 
-// The subject of the one message the demo rule marks as spam.
+// The subjects of the one message marked as spam and the one marked for
+// deletion.
 QString SpamSubject();
+QString DeleteSubject();
+
+// The Rules file: "Prize mail" marks the spam, "Garden offers" marks the
+// garden centre's mail for deletion; the Rule Report opens after a check
+// that marked something.
+QByteArray DemoRules();
 
 // Writes the settings file under `configHome` and the Rules file under
 // `dataHome` for accounts "Home" and "Work" on the given loopback ports.
