@@ -31,9 +31,10 @@ demo: configure
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
 
-# A Debian package of a release build, with the flags Debian builds with,
-# in $(PACKAGE_BUILD)/; lintian must find no error in it.
+# A Debian package of a release build, with the flags Debian builds with
+# (all hardening on), in $(PACKAGE_BUILD)/; lintian must find no error in it.
 PACKAGE_BUILD ?= build-package
+package: export DEB_BUILD_MAINT_OPTIONS = hardening=+all
 package:
 	scripts/install-deps --package
 	cmake -S . -B $(PACKAGE_BUILD) -DCMAKE_BUILD_TYPE=Release -DVELMORA_BUILD_TESTS=OFF \
