@@ -5,7 +5,7 @@ BUILD_TYPE ?= RelWithDebInfo
 CMAKE_FLAGS ?=
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build run test sanitize sanitize-unit format-check bench fuzz clean
+.PHONY: all deps configure build run demo test package sanitize sanitize-unit format-check bench fuzz clean
 
 all: build
 
@@ -21,8 +21,30 @@ build: configure
 run: build
 	$(BUILD)/bin/velmora
 
+# Velmora on a demonstration mailbox: two POP3 servers on loopback with
+# made-up mail, and settings of the demo's own in $(BUILD)/demo-home, made
+# afresh each time. The servers end when Velmora does.
+demo: configure
+	cmake --build $(BUILD) -j $(JOBS) --target velmora velmora-demo velmora_sounds velmora_icons
+	$(BUILD)/tools/velmora-demo --home $(BUILD)/demo-home -- $(BUILD)/bin/velmora
+
 test: build
 	cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+# A Debian package of a release build, with the flags Debian builds with
+# (all hardening on), in $(PACKAGE_BUILD)/; lintian must find no error in it.
+PACKAGE_BUILD ?= build-package
+package: export DEB_BUILD_MAINT_OPTIONS = hardening=+all
+package:
+	scripts/install-deps --package
+	cmake -S . -B $(PACKAGE_BUILD) -DCMAKE_BUILD_TYPE=Release -DVELMORA_BUILD_TESTS=OFF \
+	  -DCMAKE_CXX_FLAGS="$$(dpkg-buildflags --get CPPFLAGS) $$(dpkg-buildflags --get CXXFLAGS)" \
+	  -DCMAKE_EXE_LINKER_FLAGS="$$(dpkg-buildflags --get LDFLAGS)" $(CMAKE_FLAGS)
+	cmake --build $(PACKAGE_BUILD) -j $(JOBS)
+	rm -f $(PACKAGE_BUILD)/velmora_*.deb
+	cd $(PACKAGE_BUILD) && cpack -G DEB
+	lintian --fail-on error $(PACKAGE_BUILD)/velmora_*.deb
+	@echo "package: $$(ls $(PACKAGE_BUILD)/velmora_*.deb)"
 
 # The whole suite under AddressSanitizer and UndefinedBehaviorSanitizer,
 # leaks included.
@@ -64,4 +86,4 @@ fuzz:
 	echo "fuzz: no crashes"
 
 clean:
-	rm -rf $(BUILD) build-sanitize build-fuzz
+	rm -rf $(BUILD) build-sanitize build-fuzz $(PACKAGE_BUILD)

@@ -9,6 +9,7 @@
 #include "checking/Deletion.h"
 #include "checking/PopSession.h"
 #include "context/AppContext.h"
+#include "context/Product.h"
 #include "context/ShellCalls.h"
 #include "messages/MessageList.h"
 #include "platform/Headless.h"
@@ -29,6 +30,7 @@ namespace {
 
 const char* const kUsage =
     "usage: velmora-cli <command> [options]\n"
+    "       velmora-cli --version\n"
     "\n"
     "commands:\n"
     "  accounts [--json]        list the accounts of the settings store, passwords\n"
@@ -316,6 +318,10 @@ int RunCommandLine(AppContext& ctx, StateView& view, Headless& headless,
             throw Usage{};
         const QString command = arguments.first();
         const QStringList rest = arguments.mid(1);
+        if (command == QLatin1String("--version")) {
+            out << "velmora-cli " << Product::Version() << "\n";
+            return 0;
+        }
         if (command == QLatin1String("accounts"))
             return Accounts(ctx, boxes, rest, out, err);
         if (command == QLatin1String("test"))

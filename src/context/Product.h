@@ -1,5 +1,7 @@
 #pragma once
 
+#include "context/Version.h"
+
 #include <QString>
 
 namespace velmora {

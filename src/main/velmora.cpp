@@ -21,6 +21,8 @@ using namespace velmora;
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName("Velmora");
+    // Ties the windows to the menu entry: its name and icon on the desktop.
+    QGuiApplication::setDesktopFileName(QStringLiteral("velmora"));
     // Hidden in the tray, the program has no visible window and must go on.
     QApplication::setQuitOnLastWindowClosed(false);
 

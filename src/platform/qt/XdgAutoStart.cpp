@@ -34,6 +34,7 @@ FileProblem XdgAutoStart::SetRunAtStartUp() {
                                          "Name=Velmora\n"
                                          "Comment=Watches POP3 mailboxes from the tray\n"
                                          "Exec=%1\n"
+                                         "Icon=velmora\n"
                                          "Terminal=false\n"
                                          "X-GNOME-Autostart-enabled=true\n")
                               .arg(QuoteExec(executable));
