@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTabWidget>
+#include <QTimer>
 #include <QToolButton>
 #include <QtTest>
 
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void reportsTabsAndButtonsByCaption();
     void controlsCarryTheirNames();
     void keepsItsMinimumSize();
+    void quitClosesAnOpenPreview();
     void printsPagesToPdf_data();
     void printsPagesToPdf();
     void unwritablePdfIsSaid();
@@ -114,6 +116,23 @@ void PreviewWindowTest::keepsItsMinimumSize() {
     w->resize(10, 10);
     QVERIFY(w->width() >= 5600 * dpi / 1440);
     QVERIFY(w->height() >= 4000 * dpi / 1440);
+}
+
+// The program quits with the preview open: the window closes, as its
+// close box would, rather than hold the quit up, even where the logic has
+// nothing left to do for it.
+void PreviewWindowTest::quitClosesAnOpenPreview() {
+    PreviewWindow preview;
+    int closes = 0;
+    preview.setHandlers({[](int) {}, [](const QString&) {},
+                         [&] {
+                             ++closes;
+                         }});
+    preview.showWindow();
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });
+    QCOMPARE(QApplication::exec(), 0);
+    QCOMPARE(closes, 1);
 }
 
 void PreviewWindowTest::printsPagesToPdf_data() {

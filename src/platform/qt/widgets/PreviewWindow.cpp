@@ -1,8 +1,8 @@
 #include "platform/qt/widgets/PreviewWindow.h"
 
 #include "platform/qt/widgets/Pictures.h"
-#include "platform/qt/widgets/ReportingFrame.h"
 
+#include <QCloseEvent>
 #include <QFontDatabase>
 #include <QGridLayout>
 #include <QGuiApplication>
@@ -22,6 +22,23 @@ namespace {
 // The window is never smaller than this, in twips.
 constexpr int MinimumWidthTwips = 5600;
 constexpr int MinimumHeightTwips = 4000;
+
+// The frame's close box unloads the preview, and the frame closes with it:
+// a close the window refused would also hold up the program's own quit.
+class PreviewFrame : public QWidget {
+public:
+    explicit PreviewFrame(std::function<void()>& onClose) : onClose(onClose) {}
+
+protected:
+    void closeEvent(QCloseEvent* event) override {
+        if (onClose)
+            onClose();
+        event->accept();
+    }
+
+private:
+    std::function<void()>& onClose;
+};
 
 QLineEdit* Field(QGridLayout* grid, int row, const char* name, const QString& label) {
     auto* caption = new QLabel(label);
@@ -58,7 +75,7 @@ QIcon ButtonPicture(const QString& key) {
 } // namespace
 
 PreviewWindow::PreviewWindow() {
-    window = new ReportingFrame(onClose);
+    window = new PreviewFrame(onClose);
     window->setObjectName("frmPreview");
     window->setWindowFlags(Qt::Window);
     const int dpi = window->logicalDpiX();
