@@ -2,6 +2,7 @@
 
 #include "app/CheckReport.h"
 #include "app/Main.h"
+#include "app/Preview.h"
 #include "app/UiScript.h"
 #include "app/frmMain.h"
 #include "app/frmMainEvents.h"
@@ -11,6 +12,7 @@
 #include "context/AppContext.h"
 #include "context/Product.h"
 #include "context/ShellCalls.h"
+#include "messages/MessageFiles.h"
 #include "messages/MessageList.h"
 #include "platform/Headless.h"
 #include "platform/MainView.h"
@@ -49,6 +51,12 @@ const char* const kUsage =
     "                           spam of every account, or what the Rule Report's\n"
     "                           Delete Now deletes; the question is answered\n"
     "                           as told (yes)\n"
+    "  message N M (--raw | --reply | --save PATH | --print-pdf PATH [--tab 1|2])\n"
+    "        [--json]           check account N, then for its message M print what\n"
+    "                           the preview shows, or the reply as the mail program\n"
+    "                           is handed it, or save the message file as Save\n"
+    "                           does, or print it into a PDF file (--tab 2: with\n"
+    "                           the raw text)\n"
     "  ui SCRIPT|- [--trace]    run a script of user actions against the window\n"
     "                           without a screen and print what it showed as JSON\n";
 
@@ -295,6 +303,92 @@ int Delete(AppContext& ctx, RecordedBoxes& boxes, QStringList args, QTextStream&
     return 0;
 }
 
+int Message(AppContext& ctx, Headless& headless, QStringList args, QTextStream& out,
+            QTextStream& err) {
+    const bool json = Flag(args, "--json");
+    const bool raw = Flag(args, "--raw");
+    const bool reply = Flag(args, "--reply");
+    const QString savePath = TextAfter(args, "--save");
+    const QString pdfPath = TextAfter(args, "--print-pdf");
+    const int tab = NumberAfter(args, "--tab", 1, 1);
+    if (args.size() != 2)
+        throw Usage{QStringLiteral("message takes an account number and a message number")};
+    if (int(raw) + int(reply) + int(!savePath.isEmpty()) + int(!pdfPath.isEmpty()) != 1)
+        throw Usage{QStringLiteral("message takes one of --raw, --reply, --save and --print-pdf")};
+    if (tab > 2)
+        throw Usage{QStringLiteral("--tab takes 1 or 2")};
+    bool ok = false;
+    const int number = args.at(1).toInt(&ok);
+    if (!ok || number < 1)
+        throw Usage{QStringLiteral("message numbers start at 1, not '%1'").arg(args.at(1))};
+    RecordedBoxes& boxes = headless.boxes;
+    LoadStoresAndTell(ctx, boxes, err);
+    const int account = AccountNumber(ctx, args.first());
+    Prepare(ctx);
+    ctx.view->tabs(TabStrip::Email).select(account);
+    ctx.accounts.AcntCurrent = account;
+    CheckSingleAccount(ctx);
+    const int count = ctx.accounts[account].AcntMsgCount;
+    if (number > count) {
+        err << DialogsSummary(boxes.boxes) << "velmora-cli: account " << account << " holds "
+            << count << " message(s): there is no message " << number << "\n";
+        return 1;
+    }
+    boxes.boxes.clear();
+    // As a click on its row does.
+    MessageListView& list = ctx.view->list();
+    for (int row = 1; row <= list.rowCount(); ++row)
+        list.setRowSelected(row, row == number);
+    list.setCurrentRow(number);
+    frmMainEvents(ctx).ListRowClick(number);
+    QJsonObject o{{"account", account}, {"message", number}};
+    QString text;
+    if (raw) {
+        PreviewMessage(ctx);
+        const StatePreviewView& p = headless.windows.preview;
+        o[QStringLiteral("caption")] = p.caption;
+        o[QStringLiteral("From")] = p.from;
+        o[QStringLiteral("To")] = p.to;
+        o[QStringLiteral("Date")] = p.date;
+        o[QStringLiteral("Subject")] = p.subject;
+        o[QStringLiteral("body")] = p.body;
+        o[QStringLiteral("raw")] = p.raw;
+        text = QStringLiteral("From: %1\nTo: %2\nDate: %3\nSubject: %4\n\n")
+                   .arg(p.from, p.to, p.date, p.subject) +
+               QStringLiteral("== %1 ==\n%2\n== %3 ==\n%4\n")
+                   .arg(PreviewTabs()[0], p.body, PreviewTabs()[1], p.raw);
+        UnloadPreview(ctx);
+    } else if (reply) {
+        ReplyToMessage(ctx);
+        const RecordedShell::Composition c = headless.shell.compositions.value(0);
+        o[QStringLiteral("recipient")] = c.recipient;
+        o[QStringLiteral("subject")] = c.subject;
+        o[QStringLiteral("body")] = c.body;
+        o[QStringLiteral("mailto")] = MailtoAddress(c.recipient, c.subject, c.body);
+        text = QStringLiteral("To: %1\nSubject: %2\n\n%3\n").arg(c.recipient, c.subject, c.body);
+    } else if (!savePath.isEmpty()) {
+        headless.dialogs.fileAnswers = {savePath};
+        const QString written = SaveMessageAs(ctx);
+        o[QStringLiteral("saved")] = written;
+        if (written.isEmpty()) {
+            err << "velmora-cli: the message could not be written to " << savePath << "\n";
+            return 1;
+        }
+        text = QStringLiteral("saved %1\n").arg(written);
+    } else {
+        PrintMessage(ctx, tab);
+        if (!boxes.boxes.isEmpty()) {
+            err << DialogsSummary(boxes.boxes);
+            return 1;
+        }
+        o[QStringLiteral("printed")] = pdfPath;
+        text = QStringLiteral("printed %1\n").arg(pdfPath);
+    }
+    out << (json ? QString::fromUtf8(QJsonDocument(o).toJson(QJsonDocument::Compact)) + '\n'
+                 : text);
+    return 0;
+}
+
 int Ui(AppContext& ctx, StateView& view, Headless& headless, QStringList args, QTextStream& out,
        QTextStream& err) {
     const bool trace = Flag(args, "--trace");
@@ -330,6 +424,8 @@ int RunCommandLine(AppContext& ctx, StateView& view, Headless& headless,
             return Check(ctx, boxes, sounds, rest, out, err);
         if (command == QLatin1String("delete"))
             return Delete(ctx, boxes, rest, out, err);
+        if (command == QLatin1String("message"))
+            return Message(ctx, headless, rest, out, err);
         if (command == QLatin1String("ui"))
             return Ui(ctx, view, headless, rest, out, err);
         throw Usage{QStringLiteral("unknown command '%1'").arg(command)};

@@ -92,6 +92,26 @@ QJsonObject ControlJson(const StateView& v, const QString& name) {
     return o;
 }
 
+// frmPreview as it was left.
+QJsonObject PreviewJson(const AppContext& ctx, const StatePreviewView& p) {
+    QJsonObject buttons;
+    for (auto it = p.captions.cbegin(); it != p.captions.cend(); ++it)
+        buttons[it.key()] = it.value();
+    return QJsonObject{{"open", ctx.shell.PreviewOpen},
+                       {"shown", p.shown},
+                       {"caption", p.caption},
+                       {"From", p.from},
+                       {"To", p.to},
+                       {"Date", p.date},
+                       {"Subject", p.subject},
+                       {"tabs", QJsonArray::fromStringList(p.tabs)},
+                       {"tab", p.side},
+                       {"body", p.body},
+                       {"raw", p.raw},
+                       {"buttons", buttons},
+                       {"raised", p.raises}};
+}
+
 } // namespace
 
 QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Headless& h,
@@ -107,6 +127,10 @@ QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Head
     for (const RecordedShell::Request& s : h.shell.requests)
         shell.append(QJsonObject{
             {"target", s.target}, {"parameters", s.parameters}, {"windowState", s.windowState}});
+    QJsonArray composed;
+    for (const RecordedShell::Composition& c : h.shell.compositions)
+        composed.append(
+            QJsonObject{{"recipient", c.recipient}, {"subject", c.subject}, {"body", c.body}});
     QJsonArray help;
     for (const RecordedHelp::Request& r : h.help.requests)
         help.append(QJsonObject{{"file", r.file}, {"topic", r.context}});
@@ -137,6 +161,8 @@ QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Head
         {"menus", Strings(view.poppedUpMenus)},
         {"dialogs", dialogs},
         {"printed", Strings(h.printer.jobs)},
+        {"composed", composed},
+        {"preview", PreviewJson(ctx, h.windows.preview)},
         {"status", panels},
         {"statusTip", view.statusBar.tipText},
         {"listTip", view.messageList.tipText},

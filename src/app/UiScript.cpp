@@ -1,5 +1,6 @@
 #include "app/UiScript.h"
 
+#include "app/Preview.h"
 #include "context/AppContext.h"
 #include "platform/Controls.h"
 #include "platform/Headless.h"
@@ -61,6 +62,43 @@ QStringList Containers(const QString& control) {
         control.startsWith(QLatin1String("chkAcnt")))
         return {Element(ctl::fraMain, 1)};
     return {};
+}
+
+// frmPreview's buttons, by key without its blanks ("tbrPreview/ExitPreview"),
+// and its tab strip "TabStrip"; only while the window shows. Null when the
+// control is reached, else why not.
+const char* PreviewRefusal(const AppContext& ctx, const StatePreviewView& preview) {
+    if (!ctx.shell.PreviewOpen)
+        return "frmPreview is not open";
+    return preview.shown ? nullptr : "frmPreview is hidden";
+}
+
+void PreviewButton(UiScriptRun& r, const QString& control, int line, QJsonArray& refused) {
+    StatePreviewView& preview = r.headless.windows.preview;
+    QString key;
+    for (const QString& k : PreviewButtonKeys()) {
+        if (QString(k).remove(QLatin1Char(' ')) == control.section(QLatin1Char('/'), 1))
+            key = k;
+    }
+    if (key.isEmpty())
+        throw ScriptError{QStringLiteral("no control named '%1'").arg(control)};
+    if (const char* why = PreviewRefusal(r.ctx, preview)) {
+        refused.append(QJsonObject{{"line", line}, {"control", control}, {"why", why}});
+        return;
+    }
+    preview.handlers.buttonClick(preview.captions.value(key));
+}
+
+void PreviewTab(UiScriptRun& r, int tab, int line, QJsonArray& refused) {
+    StatePreviewView& preview = r.headless.windows.preview;
+    if (const char* why = PreviewRefusal(r.ctx, preview)) {
+        refused.append(QJsonObject{{"line", line}, {"control", "TabStrip"}, {"why", why}});
+        return;
+    }
+    if (tab < 1 || tab > preview.tabs.size())
+        throw ScriptError{QStringLiteral("TabStrip has no tab %1").arg(tab)};
+    preview.selectTab(tab);
+    preview.handlers.tabClick(tab);
 }
 
 class Runner {
@@ -128,6 +166,10 @@ bool Runner::reachable(const QString& control) {
 }
 
 void Runner::click(const QString& control) {
+    if (control.startsWith(QLatin1String("tbrPreview/"))) {
+        PreviewButton(r, control, lineNumber, refused);
+        return;
+    }
     const ControlKind kind = KindOf(control);
     touch(control);
     // The tray and its menu are there whatever the window shows.
@@ -199,8 +241,12 @@ void Runner::choose(const QString& control, const QString& entry) {
 }
 
 void Runner::tab(const QString& strip, const QString& number) {
-    Expect(strip, {K::TabStrip});
     const int n = Number(number, "a tab number");
+    if (strip == QLatin1String("TabStrip")) {
+        PreviewTab(r, n, lineNumber, refused);
+        return;
+    }
+    Expect(strip, {K::TabStrip});
     TabStripView& tabs =
         r.view.tabs(strip == ctl::TabStripEmail ? TabStrip::Email : TabStrip::Accounts);
     if (n < 1 || n > tabs.count())

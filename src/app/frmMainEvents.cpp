@@ -5,6 +5,7 @@
 #include "app/Gate.h"
 #include "app/ListTips.h"
 #include "app/Pages.h"
+#include "app/Preview.h"
 #include "app/StatusBar.h"
 #include "app/frmMain.h"
 #include "checking/CheckCycle.h"
@@ -33,10 +34,15 @@ void EmailAction(AppContext& ctx, const QString& key) {
     } else if (key == QLatin1String("EmailSpam")) {
         EmailSpam(ctx);
     } else if (key == QLatin1String("EmailNew")) {
-        ctx.svc.shell->Open(QStringLiteral("mailto:"), QString(), 1);
-    } else if (SelectedMessageValid(ctx)) {
-        // Preview, Reply and Open act on SelectedMessage alone; the preview
-        // window and the client hand-over take it from here when they come.
+        NewMessage(ctx);
+    } else if (!SelectedMessageValid(ctx)) {
+        // Preview, Reply and Open act on SelectedMessage alone.
+    } else if (key == QLatin1String("EmailPreview")) {
+        PreviewMessage(ctx);
+    } else if (key == QLatin1String("EmailReply")) {
+        ReplyToMessage(ctx);
+    } else if (key == QLatin1String("EmailOpen")) {
+        OpenMessage(ctx);
     }
 }
 

@@ -5,18 +5,33 @@
 #include "platform/Headless.h"
 #include "platform/StateView.h"
 #include "platform/qt/QtPlatform.h"
+#include "platform/qt/QtPrinter.h"
 #include "platform/qt/XdgAutoStart.h"
 
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QTextStream>
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 using namespace velmora;
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
+    // Printing into a file lays text out in fonts, which takes a GUI
+    // application; offscreen, it needs no screen.
+    QString pdfPath;
+    for (int i = 1; i + 1 < argc; ++i) {
+        if (qstrcmp(argv[i], "--print-pdf") == 0)
+            pdfPath = QString::fromLocal8Bit(argv[i + 1]);
+    }
+    if (!pdfPath.isEmpty())
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const std::unique_ptr<QCoreApplication> app =
+        pdfPath.isEmpty() ? std::make_unique<QCoreApplication>(argc, argv)
+                          : std::make_unique<QGuiApplication>(argc, argv);
+    PdfPrinter pdf(pdfPath);
     QCoreApplication::setApplicationName("Velmora");
 
     QtPlatform platform(QCoreApplication::applicationDirPath());
@@ -27,6 +42,8 @@ int main(int argc, char** argv) {
 
     Services services = platform.services();
     services.autoStart = &autoStart;
+    if (!pdfPath.isEmpty())
+        services.printer = &pdf;
     headless.fillBlanks(services);
 
     AppContext ctx(services);

@@ -11,6 +11,8 @@
 #include "platform/qt/widgets/HelpWindow.h"
 #include "platform/qt/widgets/MainWindow.h"
 #include "platform/qt/widgets/MessageWindow.h"
+#include "platform/qt/widgets/PreviewWindow.h"
+#include "platform/qt/widgets/SystemPrinter.h"
 #include "platform/qt/widgets/WavePlayer.h"
 #include "platform/qt/widgets/WidgetMessageBoxes.h"
 
@@ -30,12 +32,13 @@ int main(int argc, char** argv) {
     WidgetMessageBoxes boxes;
     XdgAutoStart autoStart(QApplication::applicationFilePath());
     LockFileInstanceGuard instance;
-    WidgetWindowFactory windows;
+    DesktopWindowFactory windows;
     WavePlayer sound;
     DBusNotifier notifier;
     DesktopShell desktopShell;
     HelpWindow helpWindow;
-    // The printer and dialogs have no desktop version yet.
+    SystemPrinter printer;
+    // The dialogs have no desktop version yet.
     Headless headless;
 
     Services services = platform.services();
@@ -47,6 +50,7 @@ int main(int argc, char** argv) {
     services.notifier = &notifier;
     services.shell = &desktopShell;
     services.help = &helpWindow;
+    services.printer = &printer;
     headless.fillBlanks(services);
 
     AppContext ctx(services);

@@ -36,7 +36,17 @@ public:
         requests.append({target, parameters, windowState});
         return succeeds;
     }
+    struct Composition {
+        QString recipient;
+        QString subject;
+        QString body;
+    };
+    bool Compose(const QString& recipient, const QString& subject, const QString& body) override {
+        compositions.append({recipient, subject, body});
+        return succeeds;
+    }
     QList<Request> requests;
+    QList<Composition> compositions;
     bool succeeds = true;
 };
 
@@ -55,11 +65,17 @@ public:
 
 class RecordedPrinter : public Printer {
 public:
-    bool PrintText(const QString& title, const QString& text) override {
-        jobs.append(title + QLatin1Char('\n') + text);
-        return true;
+    QString Print(const PrintDocument& document) override {
+        documents.append(document);
+        if (failure.isEmpty())
+            jobs.append(document.title + QLatin1Char('\n') + document.plainText());
+        return failure;
     }
+    // Title and text of each job printed.
     QStringList jobs;
+    QList<PrintDocument> documents;
+    // What a print answers: blank prints.
+    QString failure;
 };
 
 // File and colour dialogs answered in turn from `answers`; a dialog with no
@@ -227,6 +243,47 @@ private:
     std::shared_ptr<State> s;
 };
 
+// The preview without a screen. It lives as long as its factory, as the
+// window does.
+class StatePreviewView : public PreviewView {
+public:
+    QString caption, from, to, date, subject, body, raw;
+    QStringList tabs;
+    int selectedTab = 0;
+    int side = 0;
+    QHash<QString, QString> captions;
+    QHash<QString, QString> tips;
+    bool raisedButtons = false;
+    bool shown = false;
+    int raises = 0;
+    Handlers handlers;
+
+    void setCaption(const QString& text) override { caption = text; }
+    void setFields(const QString& f, const QString& t, const QString& d,
+                   const QString& s) override {
+        from = f;
+        to = t;
+        date = d;
+        subject = s;
+    }
+    void setTabs(const QStringList& list) override { tabs = list; }
+    void selectTab(int tab) override { selectedTab = tab; }
+    void setTexts(const QString& b, const QString& r) override {
+        body = b;
+        raw = r;
+    }
+    void showSide(int tab) override { side = tab; }
+    void setButton(const QString& key, const QString& text, const QString& tip) override {
+        captions[key] = text;
+        tips[key] = tip;
+    }
+    void setRaisedButtons(bool raised) override { raisedButtons = raised; }
+    void showWindow() override { shown = true; }
+    void hideWindow() override { shown = false; }
+    void raiseWindow() override { ++raises; }
+    void setHandlers(Handlers h) override { handlers = std::move(h); }
+};
+
 class StateWindowFactory : public WindowFactory {
 public:
     std::unique_ptr<MessageView> createMessageView() override {
@@ -241,6 +298,8 @@ public:
         ruleReport = std::make_shared<StateRuleReportView::State>();
         return std::make_unique<StateRuleReportView>(ruleReport);
     }
+    PreviewView* previewView() override { return &preview; }
+    StatePreviewView preview;
     std::shared_ptr<StateMessageView::State> last;
     // Null until a Rule Report has been made.
     std::shared_ptr<StateRuleReportView::State> ruleReport;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FirstUseView.h"
+#include "platform/PreviewView.h"
 #include "platform/RuleReportView.h"
 
 #include <QString>
@@ -37,6 +38,9 @@ public:
     virtual std::unique_ptr<MessageView> createMessageView() = 0;
     virtual std::unique_ptr<FirstUseView> createFirstUseView() = 0;
     virtual std::unique_ptr<RuleReportView> createRuleReportView() = 0;
+    // The message preview, one for the run and kept here, so that a second
+    // preview finds the first one open; null where there is none.
+    virtual PreviewView* previewView() { return nullptr; }
 };
 
 } // namespace velmora

@@ -1,5 +1,7 @@
 #include "platform/qt/DesktopShell.h"
 
+#include "messages/MessageFiles.h"
+
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
@@ -68,6 +70,19 @@ bool DesktopShell::Open(const QString& target, const QString& parameters, int) {
     // No handler, or one that could not be started.
     g_clear_error(&error);
     return launched;
+}
+
+bool DesktopShell::Compose(const QString& recipient, const QString& subject, const QString& body) {
+    const QString xdgEmail = QStandardPaths::findExecutable(QStringLiteral("xdg-email"));
+    if (!xdgEmail.isEmpty()) {
+        QStringList arguments = {QStringLiteral("--utf8"), QStringLiteral("--subject"), subject,
+                                 QStringLiteral("--body"), body};
+        if (!recipient.isEmpty())
+            arguments.append(recipient);
+        if (QProcess::startDetached(xdgEmail, arguments))
+            return true;
+    }
+    return Open(MailtoAddress(recipient, subject, body), QString(), 1);
 }
 
 } // namespace velmora
