@@ -1,5 +1,6 @@
 #include "app/SecondaryWindows.h"
 
+#include "app/Preview.h"
 #include "checking/CheckCycle.h"
 #include "checking/frmMessage.h"
 #include "context/AppContext.h"
@@ -48,6 +49,7 @@ void HideSecondaryWindows(AppContext& ctx) {
         ctx.shell.frmFirstUse->hideWindow();
     if (ctx.shell.AutoMessageOpen && ctx.check.frmMessage.view)
         ctx.check.frmMessage.view->hideWindow();
+    HidePreview(ctx);
 }
 
 void ShowSecondaryWindows(AppContext& ctx) {
@@ -55,9 +57,11 @@ void ShowSecondaryWindows(AppContext& ctx) {
         ctx.shell.frmFirstUse->showWindow();
     if (ctx.shell.AutoMessageOpen && ctx.check.frmMessage.view)
         ctx.check.frmMessage.view->showWindow();
+    ShowPreviewAgain(ctx);
 }
 
 void UnloadSecondaryWindows(AppContext& ctx) {
+    UnloadPreview(ctx);
     UnloadFirstUse(ctx);
     frmMessage::Unload(ctx);
 }
