@@ -2,6 +2,7 @@
 
 #include "app/CheckReport.h"
 #include "app/Main.h"
+#include "app/RulePageEvents.h"
 #include "app/UiScript.h"
 #include "app/frmMain.h"
 #include "app/frmMainEvents.h"
@@ -300,7 +301,7 @@ int Ui(AppContext& ctx, StateView& view, Headless& headless, QStringList args, Q
         throw Usage{QStringLiteral("ui takes one script file, or - for standard input")};
     // Time moves only by the script's ticks.
     ctx.svc.timers = &headless.timers;
-    frmMainEvents events(ctx);
+    RulePageEvents events(ctx);
     Main(ctx);
     return RunUiScript({ctx, view, headless, events}, args.first(), trace, out, err);
 }

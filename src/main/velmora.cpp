@@ -1,5 +1,6 @@
 // The desktop program: builds the context on the real platform and runs.
 #include "app/Main.h"
+#include "app/RulePageEvents.h"
 #include "app/frmMainEvents.h"
 #include "context/AppContext.h"
 #include "platform/Headless.h"
@@ -50,7 +51,7 @@ int main(int argc, char** argv) {
     AppContext ctx(services);
     MainWindow window;
     ctx.view = &window;
-    frmMainEvents events(ctx);
+    RulePageEvents events(ctx);
     window.setEvents(&events);
 
     if (!Main(ctx))

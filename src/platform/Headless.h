@@ -227,6 +227,37 @@ private:
     std::shared_ptr<State> s;
 };
 
+// frmRuleFile without a screen: it answers from `answers` in turn, a name
+// for Save or "cancel"; with none left it is cancelled.
+class StateRuleFileView : public RuleFileView {
+public:
+    struct State {
+        QString caption, intro, folder, currentName, newName;
+        QStringList answers;
+        int showings = 0;
+        bool destroyed = false;
+    };
+    explicit StateRuleFileView(std::shared_ptr<State> state) : s(std::move(state)) {}
+    ~StateRuleFileView() override { s->destroyed = true; }
+    void setCaption(const QString& caption) override { s->caption = caption; }
+    void setIntro(const QString& intro) override { s->intro = intro; }
+    void setFolder(const QString& folder) override { s->folder = folder; }
+    void setCurrentName(const QString& name) override { s->currentName = name; }
+    void setNewName(const QString& name) override { s->newName = name; }
+    bool exec(QString& newName) override {
+        ++s->showings;
+        const QString answer =
+            s->answers.isEmpty() ? QStringLiteral("cancel") : s->answers.takeFirst();
+        if (answer == QLatin1String("cancel"))
+            return false;
+        newName = s->newName = answer;
+        return true;
+    }
+
+private:
+    std::shared_ptr<State> s;
+};
+
 class StateWindowFactory : public WindowFactory {
 public:
     std::unique_ptr<MessageView> createMessageView() override {
@@ -241,6 +272,13 @@ public:
         ruleReport = std::make_shared<StateRuleReportView::State>();
         return std::make_unique<StateRuleReportView>(ruleReport);
     }
+    std::unique_ptr<RuleFileView> createRuleFileView() override {
+        ruleFile->destroyed = false;
+        return std::make_unique<StateRuleFileView>(ruleFile);
+    }
+    // Answers for frmRuleFile are queued here before it opens.
+    std::shared_ptr<StateRuleFileView::State> ruleFile =
+        std::make_shared<StateRuleFileView::State>();
     std::shared_ptr<StateMessageView::State> last;
     // Null until a Rule Report has been made.
     std::shared_ptr<StateRuleReportView::State> ruleReport;

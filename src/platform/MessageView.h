@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/FirstUseView.h"
+#include "platform/RuleFileView.h"
 #include "platform/RuleReportView.h"
 
 #include <QString>
@@ -37,6 +38,9 @@ public:
     virtual std::unique_ptr<MessageView> createMessageView() = 0;
     virtual std::unique_ptr<FirstUseView> createFirstUseView() = 0;
     virtual std::unique_ptr<RuleReportView> createRuleReportView() = 0;
+    // frmRuleFile; a factory without one answers null and the rename is
+    // not offered.
+    virtual std::unique_ptr<RuleFileView> createRuleFileView() { return nullptr; }
 };
 
 } // namespace velmora
