@@ -7,11 +7,13 @@
 #include "platform/qt/DBusNotifier.h"
 #include "platform/qt/DesktopShell.h"
 #include "platform/qt/LockFileInstanceGuard.h"
+#include "platform/qt/QtFileDialogs.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/XdgAutoStart.h"
 #include "platform/qt/widgets/HelpWindow.h"
 #include "platform/qt/widgets/MainWindow.h"
 #include "platform/qt/widgets/MessageWindow.h"
+#include "platform/qt/widgets/RuleFileWindow.h"
 #include "platform/qt/widgets/WavePlayer.h"
 #include "platform/qt/widgets/WidgetMessageBoxes.h"
 
@@ -29,7 +31,8 @@ int main(int argc, char** argv) {
     WidgetMessageBoxes boxes;
     XdgAutoStart autoStart(QApplication::applicationFilePath());
     LockFileInstanceGuard instance;
-    WidgetWindowFactory windows;
+    RuleFileWindowFactory windows;
+    QtFileDialogs fileDialogs;
     WavePlayer sound;
     DBusNotifier notifier;
     DesktopShell desktopShell;
@@ -46,6 +49,7 @@ int main(int argc, char** argv) {
     services.notifier = &notifier;
     services.shell = &desktopShell;
     services.help = &helpWindow;
+    services.dialogs = &fileDialogs;
     headless.fillBlanks(services);
 
     AppContext ctx(services);
