@@ -84,8 +84,8 @@ const QVector<ToolbarButton>& RulePageButtons() {
         {"tbrRuleUpdate", "Clear", "Clear Description    ", "Clear Rule Description "},
         {"tbrRuleUpdate", "Undo", "Undo", "Undo Update"},
         {"tbrRuleUpdate", "Redo", "Redo", "Redo Update"},
-        {"tbrMoveButtons(1)", "Up", "", "Move Rule Up"},
-        {"tbrMoveButtons(1)", "Down", "", "Move Rule Down"},
+        {"tbrMoveButtons(1)", "Up", "Up", "Move Rule Up"},
+        {"tbrMoveButtons(1)", "Down", "Down", "Move Rule Down"},
     };
     return table;
 }

@@ -251,9 +251,7 @@ void ArrangeRulePage(AppContext& ctx) {
     v.setCaption(ctl::chkNot, QStringLiteral("NOT"));
     v.setMaxLength(ctl::txtRuleNotifyTime, 2);
     for (const ToolbarButton& b : RulePageButtons()) {
-        // The move buttons show arrows, not words.
-        if (!b.caption.isEmpty())
-            v.setCaption(Button(b.toolbar, b.key), b.caption);
+        v.setCaption(Button(b.toolbar, b.key), b.caption);
         v.setToolTip(Button(b.toolbar, b.key), b.tip);
     }
     FillRuleAccounts(ctx);

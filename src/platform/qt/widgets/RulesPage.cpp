@@ -27,26 +27,25 @@ namespace {
 // The dark red of a rule that is not enabled.
 const QColor kNotEnabled(192, 0, 0);
 
-QToolBar* SmallBar(WidgetControls& controls, const QString& toolbar) {
-    auto* bar = new QToolBar;
-    bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    bar->setFloatable(false);
-    bar->setMovable(false);
+// A row of the page's own small buttons, each showing its action.
+QWidget* SmallBar(WidgetControls& controls, const QString& toolbar) {
+    auto* bar = new QWidget;
     controls.add(bar, toolbar);
+    auto* row = new QHBoxLayout(bar);
+    row->setContentsMargins(0, 0, 0, 0);
     for (const ToolbarButton& b : RulePageButtons()) {
         if (b.toolbar != toolbar)
             continue;
-        // The move buttons carry arrows rather than words.
-        const QString text = b.key == QLatin1String("Up")     ? QStringLiteral("\u25B2")
-                             : b.key == QLatin1String("Down") ? QStringLiteral("\u25BC")
-                                                              : b.key;
-        QAction* action = bar->addAction(text);
-        action->setToolTip(b.tip);
+        auto* action = new QAction(b.key, bar);
         controls.add(action, Button(toolbar, b.key));
-        PageParts::KeyboardReachable(bar, action);
-        if (QWidget* button = bar->widgetForAction(action))
-            button->setAccessibleName(b.tip);
+        auto* button = new QToolButton;
+        button->setDefaultAction(action);
+        button->setToolButtonStyle(Qt::ToolButtonTextOnly);
+        button->setAutoRaise(true);
+        button->setFocusPolicy(Qt::TabFocus);
+        row->addWidget(button);
     }
+    row->addStretch(1);
     return bar;
 }
 
@@ -85,10 +84,13 @@ RulesPage::RulesPage(WidgetControls& controls) : controls(controls) {
     list = Named<QListWidget>(controls, ctl::lstRules);
     list->setAccessibleName(QStringLiteral("Rules"));
     rulesLayout->addWidget(list, 1);
-    rulesLayout->addWidget(SmallBar(controls, ctl::tbrMoveRules), 0, Qt::AlignHCenter);
+    rulesLayout->addWidget(SmallBar(controls, ctl::tbrMoveRules));
+    // Never seen: it carries the list's check boxes to and from the logic.
     ticks = Named<QLineEdit>(controls, ctl::lstRulesEnabled);
-    ticks->setVisible(false);
-    rulesLayout->addWidget(ticks);
+    ticks->setAccessibleName(QStringLiteral("Rules enabled"));
+    ticks->setParent(rules);
+    ticks->setGeometry(0, 0, 0, 0);
+    ticks->setFocusPolicy(Qt::NoFocus);
     body->addWidget(rules, 1);
 
     auto* right = new QVBoxLayout;
@@ -143,10 +145,8 @@ RulesPage::RulesPage(WidgetControls& controls) : controls(controls) {
     actionFrame = action;
     auto* actions = new QVBoxLayout(action);
     for (int n = 0; n <= 3; ++n) {
-        auto* option = Named<QRadioButton>(controls, Element(ctl::optRuleAction, n));
-        // Element 0 stands for "none" and is never shown.
-        option->setVisible(n != 0);
-        actions->addWidget(option);
+        // Element 0 stands for "none"; the logic hides it.
+        actions->addWidget(Named<QRadioButton>(controls, Element(ctl::optRuleAction, n)));
     }
     lower->addWidget(action, 1);
     auto* notify = Named<QGroupBox>(controls, ctl::fraNotify);
