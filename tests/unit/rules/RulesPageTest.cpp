@@ -1,5 +1,6 @@
 #include "app/RulePageEvents.h"
 #include "app/UiScript.h"
+#include "checking/CheckCycle.h"
 #include "options/IniFile.h"
 #include "platform/Controls.h"
 #include "rules/RuleEditing.h"
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void dirtyPageLocksTheMainButtons();
     void tickInTheListEnablesTheRule();
     void unwritableFileKeepsThePageDirty();
+    void savedRuleMarksTheNextCheck();
 
 private:
     // Runs ui lines on the Rules page with one new rule; false on a bad line.
@@ -278,6 +280,29 @@ void RulesPageTest::unwritableFileKeepsThePageDirty() {
     QVERIFY(run("click tbrButtons(9)\n"));
     QCOMPARE(readBack("Rule1", "Description1"), QString("From Contains a"));
     QVERIFY(!RulesDirty(*rig->ctx));
+}
+
+// A rule built on the page, saved, and used by the check that follows;
+// unsaved edits are not.
+void RulesPageTest::savedRuleMarksTheNextCheck() {
+    rig->mailbox("Home").mail = {"FLORIDA", "plain", "other"};
+    QVERIFY(run(QString(kNewRule) +
+                "choose cboWhere Subject\nset txtCriteria FLORIDA\nclick tbrRuleUpdate/Update\n"
+                "choose cboWhere From\nset txtCriteria spam\nchoose cboBoolean OR\n"
+                "click tbrRuleUpdate/Update\noption optRuleAction 2\nclick tbrButtons(9)\n"
+                "click tbrRules/RulesAdd\nset txtCriteria example.com\n"
+                "click tbrRuleUpdate/Update\noption optRuleAction 1\n"));
+    QCOMPARE(readBack("Rule1", "Description1"), QString("Subject Contains FLORIDA"));
+    QCOMPARE(readBack("Rule1", "Description2"), QString("OR From Contains spam"));
+    QCOMPARE(readBack("Rule1", "Action"), QString("2"));
+    // The page is dirty: a check runs on the rules as saved.
+    QVERIFY(RulesDirty(*rig->ctx));
+    CheckAllAccounts(*rig->ctx);
+    const MessageStore& m = rig->ctx->messages;
+    QVERIFY(m.at(1, 1).Spam);
+    QVERIFY(!m.at(1, 1).Delete);
+    QVERIFY(!m.at(1, 2).Spam);
+    QVERIFY(!m.at(1, 2).Delete);
 }
 
 QTEST_GUILESS_MAIN(RulesPageTest)
