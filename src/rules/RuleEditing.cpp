@@ -68,8 +68,9 @@ void FillRuleList(AppContext& ctx) {
         names.append(w[n].Name);
         enabled += w[n].Enabled == 1 ? QLatin1Char('1') : QLatin1Char('0');
     }
-    v.setItems(ctl::lstRules, names);
+    // The boxes first: a list shows them as its items come.
     v.setText(ctl::lstRulesEnabled, enabled);
+    v.setItems(ctl::lstRules, names);
     v.setCurrentIndex(ctl::lstRules, ctx.rules.CurrentRule - 1);
 }
 

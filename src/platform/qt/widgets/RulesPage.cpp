@@ -169,8 +169,8 @@ RulesPage::RulesPage(WidgetControls& controls) : controls(controls) {
     layout->addLayout(body, 1);
     layout->addWidget(PageParts::PageButtonRow(controls, 2));
 
-    // The list's check boxes travel as a text of ones and zeros.
-    connect(ticks, &QLineEdit::textChanged, this, [this] { showTicks(); });
+    // The list's check boxes travel as a text of ones and zeros, which the
+    // logic sets before the items.
     connect(list->model(), &QAbstractItemModel::rowsInserted, this, [this] { showTicks(); });
     connect(list, &QListWidget::itemChanged, this, [this] { ticked(); });
     rule->installEventFilter(this);
