@@ -97,6 +97,8 @@ void PutEntryIntoInputs(AppContext& ctx, int m) {
     v.setChecked(ctl::chkNot, p.Not == QLatin1String("NOT") ? 1 : 0);
     if (!p.Boolean.isEmpty())
         SetComboText(v, ctl::cboBoolean, p.Boolean);
+    else if (v.currentIndex(ctl::cboBoolean) < 0)
+        SetComboText(v, ctl::cboBoolean, QStringLiteral("AND"));
 }
 
 void ResetInputs(AppContext& ctx) {
