@@ -137,6 +137,17 @@ void RenameRuleFile(AppContext& ctx) {
         RefuseName(ctx, typed);
         return;
     }
+    // Another user's file of that name would be lost under this one.
+    const QString target = ctx.svc.files->ProgramFolder() + QLatin1Char('/') + name;
+    if (name != ctx.options.RulesIniFileName && QFileInfo::exists(target) &&
+        ctx.svc.boxes->show(ctx.shell.AppTitle + QStringLiteral(" - Rules FileName Exists"),
+                            QStringLiteral("The Rules File '") + name +
+                                QStringLiteral("' already exists.") +
+                                QString(10, QLatin1Char(' ')) + CRLF + CRLF +
+                                QStringLiteral("Its rules will be replaced by the current ones.") +
+                                CRLF + CRLF + QStringLiteral("Would you like to proceed?") + CRLF,
+                            BoxIcon::Critical, BoxButtons::YesNo, 2) != BoxAnswer::Yes)
+        return;
     if (WriteUnderName(ctx, name))
         CheckRulesDirty(ctx);
 }

@@ -21,6 +21,8 @@ private Q_SLOTS:
     void prefixRule();
     void renameWritesANewFileAndKeepsTheOld();
     void cancelledRenameChangesNothing();
+    void renameOverAnotherFileAsksFirst_data();
+    void renameOverAnotherFileAsksFirst();
     void namesLeavingTheFolderAreRefused_data();
     void namesLeavingTheFolderAreRefused();
     void importWidensAccountRules_data();
@@ -126,6 +128,31 @@ void RuleFilesTest::cancelledRenameChangesNothing() {
     QCOMPARE(rig->windows.ruleFile->showings, 1);
     QCOMPARE(folderEntries(), QStringList{"Rules.ini"});
     QCOMPARE(rig->ctx->options.RulesIniFileName, QString("Rules.ini"));
+}
+
+void RuleFilesTest::renameOverAnotherFileAsksFirst_data() {
+    QTest::addColumn<QString>("answer");
+    QTest::newRow("No keeps Bob's rules") << "No";
+    QTest::newRow("Yes replaces them") << "Yes";
+}
+
+void RuleFilesTest::renameOverAnotherFileAsksFirst() {
+    QFETCH(QString, answer);
+    const QString bob = scratch->folder() + "/RulesBob.ini";
+    const QByteArray bobs = "[Rules]\r\nRuleCount=0\r\n";
+    {
+        QFile f(bob);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(bobs);
+    }
+    QVERIFY(run("answer " + answer + "\nrulefile Bob\nclick tbrRules/RulesRename\n"));
+    QCOMPARE(rig->boxes.boxes.size(), 1);
+    QCOMPARE(rig->boxes.boxes[0].title, QString("Velmora - Rules FileName Exists"));
+    QFile f(bob);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    const bool replaced = answer == "Yes";
+    QCOMPARE(f.readAll() == bobs, !replaced);
+    QCOMPARE(rig->ctx->options.RulesIniFileName, QString(replaced ? "RulesBob.ini" : "Rules.ini"));
 }
 
 void RuleFilesTest::namesLeavingTheFolderAreRefused_data() {
