@@ -7,6 +7,7 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QCheckBox>
 #include <QDialog>
 #include <QGroupBox>
 #include <QLabel>
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void buildingAnEntryByHand();
     void tickInTheListTurnsTheRuleOff();
     void ruleFileDialogOpensWithItsTextSelected();
+    void secondsStepWithinTheirBounds();
 
 private:
     void trigger(const QString& name) {
@@ -135,6 +137,22 @@ void RulesPageWindowTest::ruleFileDialogOpensWithItsTextSelected() {
 
     QTimer::singleShot(0, [&] { form.dialog()->findChild<QPushButton*>("Cancel")->click(); });
     QVERIFY(!form.exec(typed));
+}
+
+void RulesPageWindowTest::secondsStepWithinTheirBounds() {
+    auto* seconds = window->findChild<QLineEdit*>(ctl::txtRuleNotifyTime);
+    QVERIFY(!seconds->isEnabled());
+    window->findChild<QCheckBox*>(ctl::chkRuleNotify)->click();
+    QVERIFY(seconds->isEnabled());
+    QTest::keyClick(seconds, Qt::Key_Up);
+    QCOMPARE(rig->ctx->rules.WorkingRules.Time, 31);
+    seconds->setText("59");
+    QTest::keyClick(seconds, Qt::Key_Up);
+    QCOMPARE(seconds->text(), QString("59"));
+    QCOMPARE(rig->ctx->rules.WorkingRules.Time, 59);
+    seconds->setText("0");
+    QTest::keyClick(seconds, Qt::Key_Down);
+    QCOMPARE(rig->ctx->rules.WorkingRules.Time, 0);
 }
 
 QTEST_MAIN(RulesPageWindowTest)

@@ -12,6 +12,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QIntValidator>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -19,6 +20,7 @@
 #include <QRadioButton>
 #include <QToolBar>
 #include <QToolButton>
+#include <algorithm>
 
 namespace velmora {
 
@@ -160,6 +162,19 @@ RulesPage::RulesPage(WidgetControls& controls) : controls(controls) {
     time->addWidget(Buddy(Named<QLabel>(controls, ctl::lblRuleNotifyTime), seconds,
                           QStringLiteral("Show for seconds")));
     time->addWidget(seconds);
+    // The arrows beside the box, and the Up and Down keys in it, step it.
+    secondsBox = seconds;
+    seconds->installEventFilter(this);
+    for (const int step : {1, -1}) {
+        auto* arrow = new QToolButton;
+        arrow->setArrowType(step > 0 ? Qt::UpArrow : Qt::DownArrow);
+        arrow->setAccessibleName(step > 0 ? QStringLiteral("More seconds")
+                                          : QStringLiteral("Fewer seconds"));
+        arrow->setFocusPolicy(Qt::NoFocus);
+        arrow->setAutoRepeat(true);
+        connect(arrow, &QToolButton::clicked, this, [this, step] { stepSeconds(step); });
+        time->addWidget(arrow);
+    }
     time->addWidget(new QLabel(QStringLiteral("seconds.")));
     time->addStretch(1);
     notifyLayout->addLayout(time);
@@ -177,6 +192,13 @@ RulesPage::RulesPage(WidgetControls& controls) : controls(controls) {
 }
 
 bool RulesPage::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == secondsBox && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Up || key == Qt::Key_Down) {
+            stepSeconds(key == Qt::Key_Up ? 1 : -1);
+            return true;
+        }
+    }
     // The frame's caption says whether the rule is enabled.
     if (watched == ruleFrame && event->type() == QEvent::DynamicPropertyChange)
         showEnabledColour();
@@ -194,6 +216,15 @@ void RulesPage::showEnabledColour() {
     if (off)
         palette.setColor(QPalette::WindowText, kNotEnabled);
     descriptionLabel->setPalette(palette);
+}
+
+void RulesPage::stepSeconds(int step) {
+    if (!secondsBox->isEnabled())
+        return;
+    const int value = std::clamp(secondsBox->text().toInt() + step, 0, 59);
+    secondsBox->setText(QString::number(value));
+    controls.report()(
+        [](MainViewEvents& events) { events.ValueChanged(QString(ctl::txtRuleNotifyTime)); });
 }
 
 void RulesPage::showTicks() {

@@ -29,6 +29,8 @@ private:
     void ticked();
     // A rule that is not enabled shows its frames in dark red.
     void showEnabledColour();
+    // The seconds of the Rule Report, one up or down within 0 to 59.
+    void stepSeconds(int step);
 
     WidgetControls& controls;
     QWidget* page = nullptr;
@@ -37,6 +39,7 @@ private:
     QWidget* ruleFrame = nullptr;
     QWidget* actionFrame = nullptr;
     QWidget* descriptionLabel = nullptr;
+    QLineEdit* secondsBox = nullptr;
     bool showingTicks = false;
 };
 
