@@ -98,8 +98,17 @@ def main():
     work = tempfile.mkdtemp(prefix="vrules")
     children = []
     try:
-        number = next(n for n in range(260, 360) if not os.path.exists(f"/tmp/.X11-unix/X{n}")
-                      and not os.path.exists(f"/tmp/.X{n}-lock"))
+        # Xvfb picks a free display itself and says which: no race with
+        # other sessions of the machine.
+        read_end, write_end = os.pipe()
+        children.append(subprocess.Popen(["Xvfb", "-displayfd", str(write_end), "-screen", "0",
+                                          "1024x768x24", "-nolisten", "tcp"],
+                                         pass_fds=(write_end,), stderr=subprocess.DEVNULL))
+        os.close(write_end)
+        with os.fdopen(read_end) as answer:
+            number = answer.readline().strip()
+        if not number:
+            fail("Xvfb did not start")
         env = dict(os.environ, DISPLAY=f":{number}", QT_QPA_PLATFORM="xcb",
                    QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", HOME=work)
         for sub in ("config", "data", "runtime", "tmp"):
@@ -115,9 +124,6 @@ def main():
             f.write(RULES)
         os.environ["DISPLAY"] = env["DISPLAY"]
 
-        children.append(subprocess.Popen(["Xvfb", env["DISPLAY"], "-screen", "0", "1024x768x24",
-                                          "-nolisten", "tcp"], stderr=subprocess.DEVNULL))
-        wait_for("Xvfb", lambda: os.path.exists(f"/tmp/.X11-unix/X{number}"))
         children.append(subprocess.Popen([launcher, "--launch-immediately"], env=env,
                                          stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
         children.append(subprocess.Popen(["trayer", "--edge", "bottom", "--align", "right",
