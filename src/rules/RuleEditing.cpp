@@ -68,9 +68,13 @@ void FillRuleList(AppContext& ctx) {
         names.append(w[n].Name);
         enabled += w[n].Enabled == 1 ? QLatin1Char('1') : QLatin1Char('0');
     }
-    // The boxes first: a list shows them as its items come.
-    v.setText(ctl::lstRulesEnabled, enabled);
-    v.setItems(ctl::lstRules, names);
+    // A list refilled under the user's click would lose the click: it is
+    // refilled only when it shows something else. The boxes go first, as
+    // the list shows them when its items come.
+    if (v.items(ctl::lstRules) != names || v.text(ctl::lstRulesEnabled) != enabled) {
+        v.setText(ctl::lstRulesEnabled, enabled);
+        v.setItems(ctl::lstRules, names);
+    }
     v.setCurrentIndex(ctl::lstRules, ctx.rules.CurrentRule - 1);
 }
 

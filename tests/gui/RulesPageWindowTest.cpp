@@ -28,6 +28,7 @@ private Q_SLOTS:
     void tickInTheListTurnsTheRuleOff();
     void ruleFileDialogOpensWithItsTextSelected();
     void secondsStepWithinTheirBounds();
+    void tickOnAnotherRuleByMouse();
 
 private:
     void trigger(const QString& name) {
@@ -153,6 +154,26 @@ void RulesPageWindowTest::secondsStepWithinTheirBounds() {
     seconds->setText("0");
     QTest::keyClick(seconds, Qt::Key_Down);
     QCOMPARE(rig->ctx->rules.WorkingRules.Time, 0);
+}
+
+// A click on the box of a rule that is not the current one selects that
+// rule and turns it off, in one click.
+void RulesPageWindowTest::tickOnAnotherRuleByMouse() {
+    trigger(Button(ctl::tbrRules, "RulesAdd"));
+    auto* list = window->findChild<QListWidget*>(ctl::lstRules);
+    list->setCurrentRow(0);
+    QCOMPARE(rig->ctx->rules.CurrentRule, 1);
+    QStyleOptionViewItem option;
+    option.initFrom(list);
+    option.rect = list->visualItemRect(list->item(1));
+    option.features |= QStyleOptionViewItem::HasCheckIndicator;
+    const QRect box =
+        list->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, list);
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, box.center());
+    QCOMPARE(rig->ctx->rules.CurrentRule, 2);
+    QCOMPARE(rig->ctx->rules.WorkingRules[2].Enabled, 0);
+    QCOMPARE(rig->ctx->rules.WorkingRules[1].Enabled, 1);
+    QCOMPARE(list->item(1)->checkState(), Qt::Unchecked);
 }
 
 QTEST_MAIN(RulesPageWindowTest)
