@@ -3,6 +3,7 @@
 #include "app/UiScript.h"
 #include "options/IniFile.h"
 #include "platform/Controls.h"
+#include "support/DiskLimits.h"
 #include "support/ScratchFile.h"
 #include "support/TestRig.h"
 
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void importWidensAccountRules();
     void importWithoutRulesFails_data();
     void importWithoutRulesFails();
+    void unwritableCopyLeavesTheOldRules();
 
 private:
     bool run(const QString& lines);
@@ -244,6 +246,27 @@ void RuleFilesTest::importWithoutRulesFails() {
     QCOMPARE(elsewhere.read(), content);
     QCOMPARE(folderEntries(), QStringList{"Rules.ini"});
     QCOMPARE(rig->ctx->rules.LiveRules[1].Name, QString("Mine"));
+}
+
+// The imported rules cannot be written: the box says so, and the file and
+// the rules in use stay the old ones.
+void RuleFilesTest::unwritableCopyLeavesTheOldRules() {
+    ScratchFile elsewhere("Backup.ini");
+    QVERIFY(elsewhere.write("[Rules]\r\nRuleCount=1\r\n[Rule1]\r\nName=Imported\r\n"));
+    rig->headless.dialogs.fileAnswers.append(elsewhere.path());
+    {
+        FileSizeLimit full(8);
+        ImportRules(*rig->ctx);
+    }
+    QCOMPARE(rig->boxes.boxes.size(), 1);
+    QCOMPARE(rig->boxes.boxes[0].title, QString("Velmora - File Not Saved"));
+    QVERIFY(rig->boxes.boxes[0].text.contains(scratch->folder() + "/RulesBackup.ini"));
+    QCOMPARE(folderEntries(), QStringList{"Rules.ini"});
+    QCOMPARE(rig->ctx->options.RulesIniFileName, QString("Rules.ini"));
+    QCOMPARE(rig->settings.get("Settings\\Options\\RulesIniFileName"), QString("Rules.ini"));
+    QCOMPARE(rig->view.caption(ctl::lblRulesFileName), QString("FileName: Rules.ini"));
+    QCOMPARE(rig->ctx->rules.LiveRules[1].Name, QString("Mine"));
+    QCOMPARE(rig->view.items(ctl::lstRules), QStringList{"Mine"});
 }
 
 QTEST_GUILESS_MAIN(RuleFilesTest)
