@@ -145,6 +145,12 @@ void SetMoveButtons(AppContext& ctx) {
     v.setEnabled(MoveButton("Down"), count >= 2 && n < count);
 }
 
+// Redo reaches up to RedoCount, but never a slot a clear has emptied.
+bool CanRedo(const Rule& r) {
+    return r.DescCount < r.RedoCount && r.DescCount < MaxRuleEntries &&
+           !r.Description[r.DescCount + 1].isEmpty();
+}
+
 bool SameRule(const Rule& a, const Rule& b, int entries) {
     if (a.Enabled != b.Enabled || a.Name != b.Name || a.Account != b.Account ||
         a.DescCount != b.DescCount || a.Action != b.Action)
@@ -467,11 +473,11 @@ void ClearDescription(AppContext& ctx) {
         return;
     MainView& v = *ctx.view;
     Rule& r = Current(ctx);
-    // Undone entries go too: after a clear, Redo has nothing to bring back.
+    // Undone entries go too: after a clear, Redo has nothing to bring back,
+    // though RedoCount keeps the highest count reached.
     for (int m = 0; m <= MaxRuleEntries; ++m)
         r.Description[m].clear();
     r.DescCount = 0;
-    r.RedoCount = 0;
     for (const char* key : {"Update", "Clear", "Undo", "Redo"})
         v.setEnabled(UpdateButton(key), false);
     ShowEntryCount(ctx, 0);
@@ -503,15 +509,17 @@ void RedoDescription(AppContext& ctx) {
     if (!HasCurrent(ctx))
         return;
     Rule& r = Current(ctx);
-    if (r.DescCount >= r.RedoCount || r.DescCount >= MaxRuleEntries)
-        return;
     MainView& v = *ctx.view;
+    if (!CanRedo(r)) {
+        v.setEnabled(UpdateButton("Redo"), false);
+        return;
+    }
     r.DescCount += 1;
     ShowEntryCount(ctx, r.DescCount);
     v.setEnabled(UpdateButton("Undo"), true);
     v.setEnabled(UpdateButton("Clear"), true);
     v.setEnabled(ctl::cboBoolean, true);
-    v.setEnabled(UpdateButton("Redo"), r.DescCount < r.RedoCount);
+    v.setEnabled(UpdateButton("Redo"), CanRedo(r));
     PutEntryIntoInputs(ctx, r.DescCount);
     ShowJoined(ctx);
     CheckRulesDirty(ctx);

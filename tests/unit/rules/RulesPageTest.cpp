@@ -81,53 +81,55 @@ void RulesPageTest::entrySequences_data() {
     QTest::addColumn<QString>("description");
     QTest::addColumn<int>("count");
     QTest::addColumn<bool>("redo");
+    // RedoCount: the highest count the rule reached.
+    QTest::addColumn<int>("highest");
     auto row = [](const char* name, const char* script, const char* description, int count,
-                  bool redo) {
-        QTest::newRow(name) << QString(script) << QString(description) << count << redo;
+                  bool redo, int highest) {
+        QTest::newRow(name) << QString(script) << QString(description) << count << redo << highest;
     };
     row("one entry has no join", "set txtCriteria  bob \nclick tbrRuleUpdate/Update\n",
-        "From Contains bob ", 1, false);
+        "From Contains bob ", 1, false, 1);
     row("update, undo, redo gives the same",
         "set txtCriteria a\nclick tbrRuleUpdate/Update\nset txtCriteria b\n"
         "click tbrRuleUpdate/Update\nclick tbrRuleUpdate/Undo\nclick tbrRuleUpdate/Redo\n",
-        "From Contains a AND From Contains b ", 2, false);
+        "From Contains a AND From Contains b ", 2, false, 2);
     row("undo leaves redo on",
         "set txtCriteria a\nclick tbrRuleUpdate/Update\nset txtCriteria b\n"
         "click tbrRuleUpdate/Update\nclick tbrRuleUpdate/Undo\n",
-        "From Contains a ", 1, true);
+        "From Contains a ", 1, true, 2);
     row("an update after undo overwrites one slot, redo reaches the later",
         "set txtCriteria a\nclick tbrRuleUpdate/Update\nset txtCriteria b\n"
         "click tbrRuleUpdate/Update\nset txtCriteria c\nclick tbrRuleUpdate/Update\n"
         "click tbrRuleUpdate/Undo\nclick tbrRuleUpdate/Undo\nset txtCriteria x\n"
         "click tbrRuleUpdate/Update\nclick tbrRuleUpdate/Redo\n",
-        "From Contains a AND From Contains x AND From Contains c ", 3, false);
+        "From Contains a AND From Contains x AND From Contains c ", 3, false, 3);
     row("clear leaves nothing to redo",
         "set txtCriteria a\nclick tbrRuleUpdate/Update\nset txtCriteria b\n"
         "click tbrRuleUpdate/Update\nclick tbrRuleUpdate/Clear\nset txtCriteria c\n"
         "click tbrRuleUpdate/Update\nclick tbrRuleUpdate/Undo\nclick tbrRuleUpdate/Redo\n",
-        "From Contains c ", 1, false);
+        "From Contains c ", 1, false, 2);
     row("negation and other fields",
         "choose cboWhere Subject\nchoose cboCondition Equals\ncheck chkNot 1\n"
         "set txtCriteria free offer\nclick tbrRuleUpdate/Update\n",
-        "Subject Equals NOT free offer ", 1, false);
+        "Subject Equals NOT free offer ", 1, false, 1);
     row("attachment keeps the empty criteria's blank",
         "set txtCriteria x\nchoose cboWhere Attachment\nclick tbrRuleUpdate/Update\n",
-        "Attachment IsPresent  ", 1, false);
+        "Attachment IsPresent  ", 1, false, 1);
     row("an OR rule leaves FLORIDA as it is",
         "choose cboWhere Subject\nset txtCriteria FLORIDA\nclick tbrRuleUpdate/Update\n"
         "choose cboWhere From\nset txtCriteria spam\nchoose cboBoolean OR\n"
         "click tbrRuleUpdate/Update\n",
-        "Subject Contains FLORIDA OR From Contains spam ", 2, false);
+        "Subject Contains FLORIDA OR From Contains spam ", 2, false, 2);
     row("the join swap is a plain replace: FLORIDA becomes FLANDIDA",
         "choose cboWhere Subject\nset txtCriteria FLORIDA\nclick tbrRuleUpdate/Update\n"
         "choose cboWhere From\nset txtCriteria spam\nchoose cboBoolean OR\n"
         "click tbrRuleUpdate/Update\nchoose cboBoolean AND\n",
-        "Subject Contains FLANDIDA AND From Contains spam ", 2, false);
+        "Subject Contains FLANDIDA AND From Contains spam ", 2, false, 2);
     row("redo keeps the join the entry had",
         "set txtCriteria a\nclick tbrRuleUpdate/Update\nset txtCriteria b\n"
         "click tbrRuleUpdate/Update\nclick tbrRuleUpdate/Undo\nchoose cboBoolean OR\n"
         "click tbrRuleUpdate/Redo\n",
-        "From Contains a AND From Contains b ", 2, false);
+        "From Contains a AND From Contains b ", 2, false, 2);
 }
 
 void RulesPageTest::entrySequences() {
@@ -135,10 +137,12 @@ void RulesPageTest::entrySequences() {
     QFETCH(QString, description);
     QFETCH(int, count);
     QFETCH(bool, redo);
+    QFETCH(int, highest);
     QVERIFY(run(kNewRule + script));
     const Rule& r = working(1);
     QCOMPARE(r.Description[0], description);
     QCOMPARE(r.DescCount, count);
+    QCOMPARE(r.RedoCount, highest);
     QCOMPARE(rig->view.text(ctl::txtRuleDescription), description);
     QCOMPARE(rig->view.caption(ctl::lblRuleDescEntries), QString("%1 of 10 Entries").arg(count));
     QCOMPARE(rig->view.isEnabled(Button(ctl::tbrRuleUpdate, "Redo")), redo);
