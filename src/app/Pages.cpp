@@ -13,6 +13,7 @@
 #include "platform/MainView.h"
 #include "platform/MessageBoxes.h"
 #include "platform/Shell.h"
+#include "rules/RuleEditing.h"
 
 #include <QHash>
 
@@ -87,6 +88,8 @@ void tbrMainButtons_ButtonClick(AppContext& ctx, const QString& key) {
     SwitchTo(ctx, page);
     if (page == 2 && ctx.rules.WorkingRules.RuleCount > 0)
         ShowCurrentRule(ctx);
+    else if (page == 2)
+        LoadRulePage(ctx);
     v.setVisible(ctl::fraNoAcntsBanner, ctx.shell.CurrentPage < 3 && ctx.accounts.AcntNum == 0);
 }
 

@@ -141,6 +141,12 @@ QJsonObject UiStateJson(const AppContext& ctx, const StateView& view, const Head
                                    {"filter", d.filter},
                                    {"initialPath", d.initialPath},
                                    {"answer", d.answer}});
+    if (const auto& rf = h.windows.ruleFile; rf->showings > 0)
+        dialogs.append(QJsonObject{{"kind", "frmRuleFile"},
+                                   {"title", rf->caption},
+                                   {"folder", rf->folder},
+                                   {"currentName", rf->currentName},
+                                   {"answer", rf->newName}});
     QJsonObject controls;
     for (const QString& name : touched)
         controls[name] = ControlJson(view, name);

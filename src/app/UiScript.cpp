@@ -58,6 +58,22 @@ QStringList Containers(const QString& control) {
         return {ctl::tbrColour, Element(ctl::fraMain, 1)};
     if (control.startsWith(ctl::lblColourBox + '('))
         return {ctl::fraColourBox, Element(ctl::fraMain, 1)};
+    // The Rules page: each input lies in its frame.
+    if (control.startsWith(ctl::tbrRuleUpdate + '/'))
+        return {ctl::tbrRuleUpdate, ctl::fraRule, Element(ctl::fraMain, 2)};
+    if (control.startsWith(ctl::tbrMoveRules + '/'))
+        return {ctl::tbrMoveRules, ctl::fraRules, Element(ctl::fraMain, 2)};
+    if (control == ctl::lstRules || control == ctl::lstRulesEnabled)
+        return {ctl::fraRules, Element(ctl::fraMain, 2)};
+    if (control.startsWith(ctl::optRuleAction + '('))
+        return {ctl::fraAction, Element(ctl::fraMain, 2)};
+    if (control == ctl::chkRuleNotify || control == ctl::chkRuleNotifyNew ||
+        control == ctl::txtRuleNotifyTime)
+        return {ctl::fraNotify, Element(ctl::fraMain, 2)};
+    if (QStringList{ctl::txtRuleName, ctl::cboRuleAccount, ctl::cboBoolean, ctl::cboWhere,
+                    ctl::cboCondition, ctl::chkNot, ctl::txtCriteria}
+            .contains(control))
+        return {ctl::fraRule, Element(ctl::fraMain, 2)};
     if (control.startsWith(QLatin1String("txtAcnt")) ||
         control.startsWith(QLatin1String("chkAcnt")))
         return {Element(ctl::fraMain, 1)};
@@ -412,6 +428,12 @@ void Runner::line(const QString& raw) {
     } else if (verb == QLatin1String("file")) {
         need(1);
         r.headless.dialogs.fileAnswers.append(text.section(' ', 1, -1, QString::SectionSkipEmpty));
+    } else if (verb == QLatin1String("rulefile")) {
+        // frmRuleFile's answer, given before the click that opens it: the
+        // text to save under, or "cancel".
+        need(1);
+        r.headless.windows.ruleFile->answers.append(
+            text.section(' ', 1, -1, QString::SectionSkipEmpty));
     } else if (verb == QLatin1String("colour")) {
         need(1);
         r.headless.dialogs.colourAnswers.append(args[0]);

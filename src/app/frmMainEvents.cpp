@@ -17,6 +17,7 @@
 #include "platform/Controls.h"
 #include "platform/MainView.h"
 #include "platform/Shell.h"
+#include "rules/RuleEditing.h"
 
 namespace velmora {
 
@@ -89,6 +90,9 @@ void frmMainEvents::ToolbarButtonClick(const QString& toolbar, const QString& ke
         OpenReadMe(ctx);
     else if (toolbar == ctl::tbrOptAbout && key == QLatin1String("Update"))
         OpenHomePage(ctx);
+    else if (toolbar == ctl::tbrRules || toolbar == ctl::tbrRuleUpdate ||
+             toolbar == ctl::tbrMoveRules)
+        RulesToolbarClick(ctx, toolbar, key);
     // The other buttons come with their pages.
 }
 
@@ -232,6 +236,8 @@ void frmMainEvents::ValueChanged(const QString& control) {
     if (!GateAdmits(ctx, control))
         return;
     // The pages' dirty checks hang here as the pages come.
+    if (RuleControlChanged(ctx, control))
+        return;
     AccountControlChanged(ctx, control);
 }
 

@@ -6,12 +6,12 @@
 #include "platform/qt/DBusNotifier.h"
 #include "platform/qt/DesktopShell.h"
 #include "platform/qt/LockFileInstanceGuard.h"
+#include "platform/qt/QtFileDialogs.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/XdgAutoStart.h"
 #include "platform/qt/widgets/HelpWindow.h"
 #include "platform/qt/widgets/MainWindow.h"
 #include "platform/qt/widgets/MessageWindow.h"
-#include "platform/qt/widgets/PreviewWindow.h"
 #include "platform/qt/widgets/SystemPrinter.h"
 #include "platform/qt/widgets/WavePlayer.h"
 #include "platform/qt/widgets/WidgetMessageBoxes.h"
@@ -32,7 +32,8 @@ int main(int argc, char** argv) {
     WidgetMessageBoxes boxes;
     XdgAutoStart autoStart(QApplication::applicationFilePath());
     LockFileInstanceGuard instance;
-    DesktopWindowFactory windows;
+    WidgetWindowFactory windows;
+    QtFileDialogs fileDialogs;
     WavePlayer sound;
     DBusNotifier notifier;
     DesktopShell desktopShell;
@@ -51,6 +52,7 @@ int main(int argc, char** argv) {
     services.shell = &desktopShell;
     services.help = &helpWindow;
     services.printer = &printer;
+    services.dialogs = &fileDialogs;
     headless.fillBlanks(services);
 
     AppContext ctx(services);

@@ -78,6 +78,18 @@ const QVector<ToolbarButton>& AccountPageButtons() {
     return table;
 }
 
+const QVector<ToolbarButton>& RulePageButtons() {
+    static const QVector<ToolbarButton> table = {
+        {"tbrRuleUpdate", "Update", "Update Description ", "Update Rule Description"},
+        {"tbrRuleUpdate", "Clear", "Clear Description    ", "Clear Rule Description "},
+        {"tbrRuleUpdate", "Undo", "Undo", "Undo Update"},
+        {"tbrRuleUpdate", "Redo", "Redo", "Redo Update"},
+        {"tbrMoveButtons(1)", "Up", "Up", "Move Rule Up"},
+        {"tbrMoveButtons(1)", "Down", "Down", "Move Rule Down"},
+    };
+    return table;
+}
+
 const QStringList& TrayMenuEntries() {
     static const QStringList entries = {
         ctl::mnuTrayShow,      ctl::mnuTrayCheckAll,    ctl::mnuTrayNewMessage,
@@ -140,6 +152,26 @@ const QVector<ControlInfo>& ControlTable() {
             t.append({Button(b.toolbar, b.key), K::Button});
         for (const QString& name : TrayMenuEntries() + EmailMenuEntries())
             t.append({name, K::MenuEntry});
+        for (const auto& name : {ctl::fraRules, ctl::fraRule, ctl::fraAction, ctl::fraNotify})
+            t.append({name, K::Frame});
+        for (const auto& name : {ctl::lstRules, ctl::cboRuleAccount, ctl::cboBoolean, ctl::cboWhere,
+                                 ctl::cboCondition})
+            t.append({name, K::Combo});
+        for (const auto& name : {ctl::lstRulesEnabled, ctl::txtRuleName, ctl::txtCriteria,
+                                 ctl::txtRuleDescription, ctl::txtRuleNotifyTime})
+            t.append({name, K::Text});
+        for (const auto& name : {ctl::chkNot, ctl::chkRuleNotify, ctl::chkRuleNotifyNew})
+            t.append({name, K::Check});
+        for (const auto& name :
+             {ctl::lblRuleName, ctl::lblRuleAccount, ctl::lblCriteria, ctl::lblRuleDescription,
+              ctl::lblRuleDescEntries, ctl::lblRuleNotifyTime})
+            t.append({name, K::Label});
+        for (int action = 0; action <= 3; ++action)
+            t.append({Element(ctl::optRuleAction, action), K::Option});
+        for (const auto& name : {ctl::tbrRuleUpdate, ctl::tbrMoveRules})
+            t.append({name, K::Toolbar});
+        for (const ToolbarButton& b : RulePageButtons())
+            t.append({Button(b.toolbar, b.key), K::Button});
         t.append({ctl::TabStripEmail, K::TabStrip});
         t.append({ctl::TabStripAcnts, K::TabStrip});
         t.append({ctl::lvwEmail, K::List});

@@ -106,6 +106,37 @@ inline constexpr QLatin1String lblAcntPlaySound("lblAcntPlaySound");
 inline constexpr QLatin1String lblAcntRunSize("lblAcntRunSize");
 // The first of the two move bars: Backward and Forward of the accounts.
 inline constexpr QLatin1String tbrMoveAccounts("tbrMoveButtons(0)");
+// The Rules page.
+inline constexpr QLatin1String fraRules("fraRules");
+inline constexpr QLatin1String fraRule("fraRule");
+inline constexpr QLatin1String fraAction("fraAction");
+inline constexpr QLatin1String fraNotify("fraNotify");
+inline constexpr QLatin1String lstRules("lstRules");
+// The check boxes of lstRules, one "1" or "0" an item in order.
+inline constexpr QLatin1String lstRulesEnabled("lstRulesEnabled");
+inline constexpr QLatin1String txtRuleName("txtRuleName");
+inline constexpr QLatin1String cboRuleAccount("cboRuleAccount");
+inline constexpr QLatin1String cboBoolean("cboBoolean");
+inline constexpr QLatin1String cboWhere("cboWhere");
+inline constexpr QLatin1String cboCondition("cboCondition");
+inline constexpr QLatin1String chkNot("chkNot");
+inline constexpr QLatin1String txtCriteria("txtCriteria");
+inline constexpr QLatin1String txtRuleDescription("txtRuleDescription");
+inline constexpr QLatin1String lblRuleName("lblRuleName");
+inline constexpr QLatin1String lblRuleAccount("lblRuleAccount");
+inline constexpr QLatin1String lblCriteria("lblCriteria");
+inline constexpr QLatin1String lblRuleDescription("lblRuleDescription");
+inline constexpr QLatin1String lblRuleDescEntries("lblRuleDescEntries");
+inline constexpr QLatin1String lblRuleNotifyTime("lblRuleNotifyTime");
+// Elements 1 to 3 are the actions; element 0 is never shown.
+inline constexpr QLatin1String optRuleAction("optRuleAction");
+inline constexpr QLatin1String chkRuleNotify("chkRuleNotify");
+inline constexpr QLatin1String chkRuleNotifyNew("chkRuleNotifyNew");
+inline constexpr QLatin1String txtRuleNotifyTime("txtRuleNotifyTime");
+// Update and Clear, then Undo and Redo.
+inline constexpr QLatin1String tbrRuleUpdate("tbrRuleUpdate");
+// The second move bar: Up and Down of the rules.
+inline constexpr QLatin1String tbrMoveRules("tbrMoveButtons(1)");
 
 // The elements of tbrButtons the logic names.
 constexpr int HelpEmail = 0;
@@ -155,6 +186,8 @@ const QVector<ToolbarButton>& ToolbarButtonTable();
 // The Accounts page's small bars, the colour button and the move buttons:
 // captions without pictures.
 const QVector<ToolbarButton>& AccountPageButtons();
+// The Rules page's description bar and move buttons.
+const QVector<ToolbarButton>& RulePageButtons();
 // The entries of the tray menu, then of the list's popup menu, in order.
 const QStringList& TrayMenuEntries();
 const QStringList& EmailMenuEntries();

@@ -2,6 +2,7 @@
 
 #include "platform/FirstUseView.h"
 #include "platform/PreviewView.h"
+#include "platform/RuleFileView.h"
 #include "platform/RuleReportView.h"
 
 #include <QString>
@@ -39,8 +40,9 @@ public:
     virtual std::unique_ptr<FirstUseView> createFirstUseView() = 0;
     virtual std::unique_ptr<RuleReportView> createRuleReportView() = 0;
     // The message preview, one for the run and kept here, so that a second
-    // preview finds the first one open; null where there is none.
-    virtual PreviewView* previewView() { return nullptr; }
+    // preview finds the first one open.
+    virtual PreviewView* previewView() = 0;
+    virtual std::unique_ptr<RuleFileView> createRuleFileView() = 0;
 };
 
 } // namespace velmora

@@ -1,6 +1,7 @@
 #include "rules/RulesStartUp.h"
 
 #include "context/AppContext.h"
+#include "rules/RuleEditing.h"
 #include "rules/Rules.h"
 
 namespace velmora {
@@ -9,7 +10,7 @@ void ReadRulesAtStartUp(AppContext& ctx) {
     ReadRules(ctx, RulesFilePath(ctx));
     ctx.rules.CurrentRule = ctx.rules.LiveRules.RuleCount >= 1 ? 1 : 0;
     // The Rules page starts from what the file holds.
-    CopyRulesToWorking(ctx);
+    LoadRulePage(ctx);
 }
 
 } // namespace velmora

@@ -2,7 +2,9 @@
 
 #include "platform/qt/widgets/FirstUseWindow.h"
 #include "platform/qt/widgets/Pictures.h"
+#include "platform/qt/widgets/PreviewWindow.h"
 #include "platform/qt/widgets/ReportingFrame.h"
+#include "platform/qt/widgets/RuleFileWindow.h"
 #include "platform/qt/widgets/RuleReportWindow.h"
 
 #include <QApplication>
@@ -153,6 +155,19 @@ std::unique_ptr<FirstUseView> WidgetWindowFactory::createFirstUseView() {
 
 std::unique_ptr<RuleReportView> WidgetWindowFactory::createRuleReportView() {
     return std::make_unique<RuleReportWindow>();
+}
+
+WidgetWindowFactory::WidgetWindowFactory() = default;
+WidgetWindowFactory::~WidgetWindowFactory() = default;
+
+PreviewView* WidgetWindowFactory::previewView() {
+    if (!preview)
+        preview = std::make_unique<PreviewWindow>();
+    return preview.get();
+}
+
+std::unique_ptr<RuleFileView> WidgetWindowFactory::createRuleFileView() {
+    return std::make_unique<RuleFileWindow>();
 }
 
 } // namespace velmora

@@ -4,6 +4,7 @@
 
 #include <QPointer>
 #include <QWidget>
+#include <memory>
 
 class QGroupBox;
 class QLabel;
@@ -50,9 +51,16 @@ private:
 
 class WidgetWindowFactory : public WindowFactory {
 public:
+    WidgetWindowFactory();
+    ~WidgetWindowFactory() override;
     std::unique_ptr<MessageView> createMessageView() override;
     std::unique_ptr<FirstUseView> createFirstUseView() override;
     std::unique_ptr<RuleReportView> createRuleReportView() override;
+    PreviewView* previewView() override;
+    std::unique_ptr<RuleFileView> createRuleFileView() override;
+
+private:
+    std::unique_ptr<PreviewView> preview;
 };
 
 } // namespace velmora

@@ -227,10 +227,4 @@ void PreviewWindow::setHandlers(Handlers h) {
     onClose = handlers.close;
 }
 
-PreviewView* DesktopWindowFactory::previewView() {
-    if (!preview)
-        preview = std::make_unique<PreviewWindow>();
-    return preview.get();
-}
-
 } // namespace velmora

@@ -54,13 +54,4 @@ private:
     bool placed = false;
 };
 
-// The secondary windows of the desktop program, the preview among them.
-class DesktopWindowFactory : public WidgetWindowFactory {
-public:
-    PreviewView* previewView() override;
-
-private:
-    std::unique_ptr<PreviewWindow> preview;
-};
-
 } // namespace velmora
