@@ -151,28 +151,14 @@ void PicturesTest::familiesLookApart() {
 void PicturesTest::namesOfOneActionShareAPicture_data() {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("same");
-    QTest::newRow("check") << "EmailCheck"
-                           << "CheckAll";
-    QTest::newRow("new") << "EmailNew"
-                         << "NewMessage";
-    QTest::newRow("delete") << "EmailDelete"
-                            << "Delete";
-    QTest::newRow("delete account") << "AcntDelete"
-                                    << "Delete";
-    QTest::newRow("delete rule") << "RulesDelete"
-                                 << "Delete";
-    QTest::newRow("reply") << "EmailReply"
-                           << "Reply";
-    QTest::newRow("open") << "EmailOpen"
-                          << "Open";
-    QTest::newRow("preview") << "EmailPreview"
-                             << "Preview";
-    QTest::newRow("options") << "Options"
-                             << "Gears";
-    QTest::newRow("clients") << "MailClient7"
-                             << "Folder";
-    QTest::newRow("program") << "Show"
-                             << "Email";
+    const QStringList pairs = QStringLiteral("EmailCheck=CheckAll EmailNew=NewMessage "
+                                             "EmailDelete=Delete AcntDelete=Delete "
+                                             "RulesDelete=Delete EmailReply=Reply EmailOpen=Open "
+                                             "EmailPreview=Preview Options=Gears "
+                                             "MailClient7=Folder Show=Email")
+                                  .split(QLatin1Char(' '));
+    for (const QString& pair : pairs)
+        QTest::newRow(qPrintable(pair)) << pair.section('=', 0, 0) << pair.section('=', 1);
 }
 
 void PicturesTest::namesOfOneActionShareAPicture() {

@@ -101,22 +101,18 @@ void EmailListTest::rowPictureFollowsTheFlags_data() {
     QTest::addColumn<QString>("picture");
     QTest::addColumn<bool>("spamOffered");
     QTest::addColumn<QList<int>>("counters"); // attach, delete+attach, new+attach
-    QTest::newRow("delete, attached") << "DA"
-                                      << "DeleteAttach" << false << QList<int>{0, 1, 0};
-    QTest::newRow("delete over spam") << "DSN"
-                                      << "Delete" << false << QList<int>{0, 0, 0};
-    QTest::newRow("spam, new") << "SAN"
-                               << "SpamNew" << true << QList<int>{0, 0, 0};
-    QTest::newRow("spam") << "SA"
-                          << "Spam" << true << QList<int>{0, 0, 0};
-    QTest::newRow("attached, new") << "AN"
-                                   << "AttachNew" << false << QList<int>{0, 0, 1};
-    QTest::newRow("attached") << "A"
-                              << "Attach" << false << QList<int>{1, 0, 0};
-    QTest::newRow("new") << "N"
-                         << "New" << false << QList<int>{0, 0, 0};
-    QTest::newRow("plain") << ""
-                           << "Normal" << false << QList<int>{0, 0, 0};
+    auto row = [](const char* name, const char* flags, const char* picture, bool spamOffered,
+                  const QList<int>& counters) {
+        QTest::newRow(name) << QString(flags) << QString(picture) << spamOffered << counters;
+    };
+    row("delete, attached", "DA", "DeleteAttach", false, {0, 1, 0});
+    row("delete over spam", "DSN", "Delete", false, {0, 0, 0});
+    row("spam, new", "SAN", "SpamNew", true, {0, 0, 0});
+    row("spam", "SA", "Spam", true, {0, 0, 0});
+    row("attached, new", "AN", "AttachNew", false, {0, 0, 1});
+    row("attached", "A", "Attach", false, {1, 0, 0});
+    row("new", "N", "New", false, {0, 0, 0});
+    row("plain", "", "Normal", false, {0, 0, 0});
 }
 
 void EmailListTest::rowPictureFollowsTheFlags() {
@@ -156,16 +152,16 @@ void EmailListTest::tabPictureFollowsTheCheck_data() {
     QTest::addColumn<bool>("enabled");
     QTest::addColumn<QString>("picture");
     QTest::addColumn<QString>("caption");
-    QTest::newRow("never checked") << false << false << 0 << true << "MailNo"
-                                   << "Box1";
-    QTest::newRow("mail") << true << true << 2 << true << "MailYes"
-                          << "Box1  (2)";
-    QTest::newRow("failed") << true << false << 0 << true << "MailError"
-                            << "Box1";
-    QTest::newRow("disabled with mail") << true << true << 3 << false << "MailYesDisabled"
-                                        << "Box1  (3)";
-    QTest::newRow("disabled, failed") << true << false << 0 << false << "MailErrorDisabled"
-                                      << "Box1";
+    auto row = [](const char* name, bool checked, bool connected, int count, bool enabled,
+                  const char* picture, const char* caption) {
+        QTest::newRow(name) << checked << connected << count << enabled << QString(picture)
+                            << QString(caption);
+    };
+    row("never checked", false, false, 0, true, "MailNo", "Box1");
+    row("mail", true, true, 2, true, "MailYes", "Box1  (2)");
+    row("failed", true, false, 0, true, "MailError", "Box1");
+    row("disabled with mail", true, true, 3, false, "MailYesDisabled", "Box1  (3)");
+    row("disabled, failed", true, false, 0, false, "MailErrorDisabled", "Box1");
 }
 
 void EmailListTest::tabPictureFollowsTheCheck() {
