@@ -3,7 +3,6 @@
 #include "messages/MessageList.h"
 #include "messages/Sorting.h"
 #include "platform/Controls.h"
-#include "rules/RuleReport.h"
 #include "support/TestRig.h"
 
 #include <QtTest>
@@ -31,7 +30,6 @@ private Q_SLOTS:
     void deleteTakesTheSelectedRows();
     void deleteFailureKeepsEverything();
     void spamWalkGoesOverEveryAccount();
-    void reportDeletesEachSideAskingNothing();
 };
 
 namespace {
@@ -472,32 +470,6 @@ void EmailListTest::spamWalkGoesOverEveryAccount() {
     // Back on the account that showed.
     QCOMPARE(ctx.accounts.AcntCurrent, 2);
     QCOMPARE(s.view().emailTabs.selected(), 2);
-    QCOMPARE(s.view().messageList.rowCount(), 1);
-    QVERIFY(!ctx.check.InterfaceHeld);
-}
-
-void EmailListTest::reportDeletesEachSideAskingNothing() {
-    Started s = Start({{"a1", "a2", "a3"}, {"b1", "b2"}});
-    AppContext& ctx = s.ctx();
-    CheckAllAccounts(ctx);
-    ctx.messages.at(1, 1).Delete = ctx.messages.at(1, 3).Delete = true;
-    ctx.messages.at(2, 1).Delete = true;
-    ctx.messages.at(2, 2).Spam = true;
-    ctx.accounts[1].AcntDeleteCount = 2;
-    ctx.accounts[2].AcntDeleteCount = ctx.accounts[2].AcntSpamCount = 1;
-
-    RuleReportDeleteNow(ctx, "Delete from Server");
-    QCOMPARE(s.rig->mailbox("Box1").mail, QStringList{"a2"});
-    QCOMPARE(s.rig->mailbox("Box2").mail, QStringList{"b2"});
-    QCOMPARE(ctx.accounts[2].AcntSpamCount, 1);
-    RuleReportDeleteNow(ctx, "Mark as Spam");
-    QVERIFY(s.rig->mailbox("Box2").mail.isEmpty());
-    QCOMPARE(ctx.accounts[2].AcntMsgCount, 0);
-    QCOMPARE(ctx.accounts[2].AcntStatusText, QString("Box2 - No Messages"));
-
-    QVERIFY(s.rig->boxes.boxes.isEmpty());
-    QCOMPARE(ctx.options.DeleteConfirmation, 1);
-    QCOMPARE(ctx.accounts.AcntCurrent, 1);
     QCOMPARE(s.view().messageList.rowCount(), 1);
     QVERIFY(!ctx.check.InterfaceHeld);
 }
