@@ -28,7 +28,6 @@ private Q_SLOTS:
     void accountChosenElsewhereIsShownOnTheEmailPage();
     void deleteTakesTheSelectedRows_data();
     void deleteTakesTheSelectedRows();
-    void deleteFailureKeepsEverything();
     void spamWalkGoesOverEveryAccount();
 };
 
@@ -418,25 +417,6 @@ void EmailListTest::deleteTakesTheSelectedRows() {
     QCOMPARE(s.ctx().check.TotalNew, int(listed.size()));
     QVERIFY(!s.ctx().check.InterfaceHeld);
     QCOMPARE(s.enabledActions(), 0);
-}
-
-void EmailListTest::deleteFailureKeepsEverything() {
-    Started s = Start({{"u1", "u2"}}, [](TestRig& r) {
-        r.settings.set("Settings\\Options\\DeleteConfirmation", "0");
-        r.settings.set("Settings\\Options\\SuppressConnectErrors", "1");
-    });
-    CheckAllAccounts(s.ctx());
-    s.rig->mailbox("Box1").connectFailure = 10061;
-    s.clickRow(1);
-    s.events->MenuClick(ctl::mnuEmailDelete);
-    const auto& boxes = s.rig->boxes.boxes;
-    QCOMPARE(boxes.size(), 1);
-    QCOMPARE(boxes[0].title, QString("Velmora - Delete Connection Failure"));
-    QVERIFY(boxes[0].text.contains(
-        "Note:  Message(s) were NOT Deleted because the connection failed.\r\n"));
-    QCOMPARE(s.ctx().accounts[1].AcntMsgCount, 2);
-    QCOMPARE(s.view().messageList.rowCount(), 2);
-    QCOMPARE(s.rig->mailbox("Box1").mail, QStringList({"u1", "u2"}));
 }
 
 void EmailListTest::spamWalkGoesOverEveryAccount() {
