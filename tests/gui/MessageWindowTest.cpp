@@ -44,8 +44,6 @@ void MessageWindowTest::everyTextFits_data() {
     QTest::addColumn<QString>("headline");
     QTest::addColumn<QStringList>("accounts");
     const QString caption = QStringLiteral("Velmora:  Auto Check - November 24, 2026");
-    QTest::newRow("two accounts") << caption << QStringLiteral("You Have New Messages")
-                                  << QStringList{"Home - 3 Messages (2 New)", "Work - 1 Message"};
     QTest::newRow("long names")
         << caption << QStringLiteral("You Have New Messages")
         << QStringList{"A rather long account name for the family mailbox - 120 Messages (7 New)",

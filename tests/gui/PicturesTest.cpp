@@ -4,7 +4,6 @@
 
 #include <QDir>
 #include <QImage>
-#include <QPainter>
 #include <QSet>
 #include <QtTest>
 
@@ -22,7 +21,6 @@ private Q_SLOTS:
     void denseScreensGetDevicePixels();
     void disabledIsGreyAndFaint();
     void themeYieldsToTheSwitch();
-    void sheet();
 };
 
 namespace {
@@ -153,28 +151,14 @@ void PicturesTest::familiesLookApart() {
 void PicturesTest::namesOfOneActionShareAPicture_data() {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("same");
-    QTest::newRow("check") << "EmailCheck"
-                           << "CheckAll";
-    QTest::newRow("new") << "EmailNew"
-                         << "NewMessage";
-    QTest::newRow("delete") << "EmailDelete"
-                            << "Delete";
-    QTest::newRow("delete account") << "AcntDelete"
-                                    << "Delete";
-    QTest::newRow("delete rule") << "RulesDelete"
-                                 << "Delete";
-    QTest::newRow("reply") << "EmailReply"
-                           << "Reply";
-    QTest::newRow("open") << "EmailOpen"
-                          << "Open";
-    QTest::newRow("preview") << "EmailPreview"
-                             << "Preview";
-    QTest::newRow("options") << "Options"
-                             << "Gears";
-    QTest::newRow("clients") << "MailClient7"
-                             << "Folder";
-    QTest::newRow("program") << "Show"
-                             << "Email";
+    const QStringList pairs = QStringLiteral("EmailCheck=CheckAll EmailNew=NewMessage "
+                                             "EmailDelete=Delete AcntDelete=Delete "
+                                             "RulesDelete=Delete EmailReply=Reply EmailOpen=Open "
+                                             "EmailPreview=Preview Options=Gears "
+                                             "MailClient7=Folder Show=Email")
+                                  .split(QLatin1Char(' '));
+    for (const QString& pair : pairs)
+        QTest::newRow(qPrintable(pair)) << pair.section('=', 0, 0) << pair.section('=', 1);
 }
 
 void PicturesTest::namesOfOneActionShareAPicture() {
@@ -227,44 +211,6 @@ void PicturesTest::themeYieldsToTheSwitch() {
     }
     DrawnOnly on(true);
     QCOMPARE(Image(Pictures::Keyed(QStringLiteral("Save")), 32), drawn);
-}
-
-// With VELMORA_ICON_SHEET set, writes every drawn picture at 16, 24 and
-// 48 px on a light and on a dark panel to that file, for looking at.
-void PicturesTest::sheet() {
-    const QString file = qEnvironmentVariable("VELMORA_ICON_SHEET");
-    if (file.isEmpty())
-        QSKIP("no sheet asked for");
-    QStringList keys = AllKeys();
-    keys << "Email";
-    keys.removeDuplicates();
-    const QList<int> sizes = {16, 24, 48};
-    const int cell = 56;
-    const int columns = 16;
-    const int rows = (int(keys.size()) + columns - 1) / columns;
-    const int band = cell * (sizes.size() + 1) * 2;
-    QImage sheet(columns * cell, rows * band, QImage::Format_ARGB32);
-    QPainter p(&sheet);
-    p.setRenderHint(QPainter::SmoothPixmapTransform, false);
-    qInfo() << "sheet order:" << keys.join(QLatin1Char(' '));
-    for (int i = 0; i < keys.size(); ++i) {
-        const int x = (i % columns) * cell;
-        int y = (i / columns) * band;
-        for (const QColor& panel : {QColor(239, 239, 239), QColor(49, 54, 59)}) {
-            for (int pixels : sizes) {
-                p.fillRect(x, y, cell, cell, panel);
-                p.drawImage(x + (cell - pixels) / 2, y + (cell - pixels) / 2,
-                            DrawnIcons::Render(keys[i], pixels));
-                y += cell;
-            }
-            // 16 px blown up three times, to see its pixels.
-            p.fillRect(x, y, cell, cell, panel);
-            p.drawImage(QRect(x + 4, y + 4, 48, 48), DrawnIcons::Render(keys[i], 16));
-            y += cell;
-        }
-    }
-    p.end();
-    QVERIFY(sheet.save(file));
 }
 
 QTEST_MAIN(PicturesTest)

@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <QImage>
-#include <QPainter>
 #include <QtTest>
 
 using namespace velmora;
@@ -17,7 +16,6 @@ private Q_SLOTS:
     void digitsAreDistinctAtTheSmallestSize();
     void inkContrastsWithTheField_data();
     void inkContrastsWithTheField();
-    void sheet();
 };
 
 namespace {
@@ -112,33 +110,6 @@ void TrayPicturesTest::inkContrastsWithTheField() {
     const QImage image = Image({field, 40, 18}, 48);
     const QColor ink = image.pixelColor(24, 24);
     QVERIFY2(darkInk ? ink.lightness() < 60 : ink.lightness() > 200, qPrintable(ink.name()));
-}
-
-// With VELMORA_TRAY_SHEET set, writes every picture at the tray sizes and
-// at twice 16 px to that file, for looking at.
-void TrayPicturesTest::sheet() {
-    const QString file = qEnvironmentVariable("VELMORA_TRAY_SHEET");
-    if (file.isEmpty())
-        QSKIP("no sheet asked for");
-    const QList<QList<int>> stacks = {{7},         {8},         {9},         {1, 40, 17},
-                                      {2, 40, 10}, {3, 33, 22}, {4, 38, 29}, {5, 40, 39},
-                                      {6, 30, 21}, {5, 40, 14}};
-    const QList<int> sizes = {16, 22, 32, 48};
-    QImage sheet(10 + 60 * stacks.size(), 10 + 60 * (sizes.size() + 1), QImage::Format_ARGB32);
-    sheet.fill(QColor(200, 200, 200));
-    QPainter p(&sheet);
-    for (int i = 0; i < stacks.size(); ++i) {
-        int y = 10;
-        for (int pixels : sizes) {
-            p.drawPixmap(10 + 60 * i, y, TrayPictures::Render(stacks[i], pixels));
-            y += 60;
-        }
-        QPixmap hi = TrayPictures::Icon(stacks[i]).pixmap(QSize(16, 16), 2.0);
-        hi.setDevicePixelRatio(1);
-        p.drawPixmap(10 + 60 * i, y, hi);
-    }
-    p.end();
-    QVERIFY(sheet.save(file));
 }
 
 QTEST_MAIN(TrayPicturesTest)

@@ -29,14 +29,11 @@ void AccountStoreTest::initTestCase() {
 
 void AccountStoreTest::everyFieldRoundTripsThroughTheSettingsFile_data() {
     QTest::addColumn<QString>("text");
+    // The store's own escapes are SettingsFileTest's; these are the texts an
+    // account's fields could lose on the way.
     QTest::newRow("plain") << "pop.example.com";
     QTest::newRow("blanks around") << "  pass word  ";
-    QTest::newRow("non-ASCII") << QString::fromUtf8("Grüße Ωμέγα 日本 émoji 😀");
-    QTest::newRow("quotes") << R"("quoted" and 'single')";
-    QTest::newRow("leading @") << "@Variant(abc)";
-    QTest::newRow("commas") << "a, b,c";
     QTest::newRow("backslashes and brackets") << R"(C:\Mail\[x]=y;#z)";
-    QTest::newRow("line breaks") << "first\r\nsecond";
     QTest::newRow("empty") << "";
     QTest::newRow("long") << QString(3000, QChar('x')) + "end";
 }

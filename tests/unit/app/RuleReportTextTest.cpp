@@ -19,8 +19,9 @@ private Q_SLOTS:
 
 namespace {
 
-// Two accounts checked on the fake server, Home with a message to delete,
-// Work with spam; the report open with a Time of 3 seconds.
+// Two accounts checked on the fake server, Home with two messages to
+// delete, Work with one to delete and one spam; the report open with a Time
+// of 3 seconds.
 struct Opened {
     TestRig rig;
     StateRuleReportView::State& report() { return *rig.windows.ruleReport; }
@@ -36,15 +37,16 @@ std::unique_ptr<Opened> Open() {
     rig.addAccount(1, "Home");
     rig.addAccount(2, "Work");
     rig.settings.set("Settings\\FirstUse", "1");
-    rig.mailbox("Home").mail = {"h1", "h2"};
-    rig.mailbox("Work").mail = {"w1"};
+    rig.mailbox("Home").mail = {"h1", "h2", "h3"};
+    rig.mailbox("Work").mail = {"w1", "w2"};
     rig.start();
     AppContext& ctx = *rig.ctx;
     CheckAllAccounts(ctx);
-    ctx.messages.at(1, 2).Delete = true;
-    ctx.accounts[1].AcntDeleteCount = 1;
-    ctx.messages.at(2, 1).Spam = true;
-    ctx.accounts[2].AcntSpamCount = 1;
+    ctx.messages.at(1, 1).Delete = ctx.messages.at(1, 3).Delete = true;
+    ctx.accounts[1].AcntDeleteCount = 2;
+    ctx.messages.at(2, 1).Delete = true;
+    ctx.messages.at(2, 2).Spam = true;
+    ctx.accounts[2].AcntDeleteCount = ctx.accounts[2].AcntSpamCount = 1;
     ctx.rules.LiveRules.Time = 3;
     LoadRuleReport(ctx);
     return o;
@@ -100,7 +102,7 @@ void RuleReportTextTest::reportCountsDownAndCloses() {
     QVERIFY(r.shown && ctx.shell.RuleReportOpen);
     QCOMPARE(r.caption, QString("Velmora - Rule Report Notification"));
     QCOMPARE(r.tabs, QStringList({"Delete from Server", "Mark as Spam"}));
-    QCOMPARE(r.deleteText, QString("Home has 1 message\r\n"));
+    QCOMPARE(r.deleteText, QString("Home has 2 messages\r\nWork has 1 message\r\n"));
     QCOMPARE(r.spamText, QString("Work has 1 message\r\n"));
     QCOMPARE(r.side, 1);
     QCOMPARE(r.countdown, 3);
@@ -127,8 +129,10 @@ void RuleReportTextTest::deleteNowEmptiesOneSide() {
     StateRuleReportView::State& r = o->report();
     QVERIFY(r.enabled["DeleteNow"]);
     r.handlers.buttonClick("DeleteNow");
-    QCOMPARE(o->rig.mailbox("Home").mail, QStringList{"h1"});
-    QCOMPARE(o->rig.mailbox("Work").mail, QStringList{"w1"});
+    // Rows 1 and 3 of one account: the second is not taken for what moved up.
+    QCOMPARE(o->rig.mailbox("Home").mail, QStringList{"h2"});
+    QCOMPARE(o->rig.mailbox("Work").mail, QStringList{"w2"});
+    QCOMPARE(ctx.accounts[2].AcntSpamCount, 1);
     QCOMPARE(r.deleteText, QString("No Messages to Delete"));
     QCOMPARE(r.spamText, QString("Work has 1 message\r\n"));
     QVERIFY(!r.enabled["DeleteNow"]);
@@ -140,7 +144,14 @@ void RuleReportTextTest::deleteNowEmptiesOneSide() {
     QVERIFY(r.enabled["DeleteNow"]);
     r.handlers.buttonClick("DeleteNow");
     QVERIFY(o->rig.mailbox("Work").mail.isEmpty());
+    QCOMPARE(ctx.accounts[2].AcntMsgCount, 0);
+    QCOMPARE(ctx.accounts[2].AcntStatusText, QString("Work - No Messages"));
     QCOMPARE(r.spamText, QString("No Spam Messages to Delete"));
+    // Back on the account that showed, its rows, the interface free.
+    QVERIFY(o->rig.boxes.boxes.isEmpty());
+    QCOMPARE(ctx.accounts.AcntCurrent, 1);
+    QCOMPARE(o->rig.view.messageList.rowCount(), 1);
+    QVERIFY(!ctx.check.InterfaceHeld);
     r.handlers.tabClick(1);
     QVERIFY(!r.enabled["DeleteNow"]);
     r.handlers.buttonClick("Exit");

@@ -64,7 +64,6 @@ void StatusTipTest::tip_data() {
     row("last check in the evening", 3, "Checked at: 11:30 PM", "0/0/0/0/0",
         "Last Check: November 15, 2026 at 11:30 PM");
     row("not checked", 3, "Not Checked", "0/0/0/0/0", "Not Checked");
-    row("countdown", 3, "Checking in 12 sec.", "0/0/0/0/0", "Checking in 12 sec.");
     row("next auto check", 4, "Auto Check at 6:00 AM", "0/0/0/0/0",
         "Next Auto Check: January 02, 2027 at 6:00 AM");
     row("next auto check read alike in any locale", 4, "Auto Check at 6:00 AM", "0/0/0/0/0",

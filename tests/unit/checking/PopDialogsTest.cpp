@@ -116,16 +116,13 @@ void PopDialogsTest::portText() {
 void PopDialogsTest::everyBadPortGetsThePortBox_data() {
     QTest::addColumn<QString>("port");
     QTest::addColumn<QString>("line");
-    QTest::newRow("zero") << "0"
-                          << "30002 - Port 0 is outside 1 to 65535";
-    QTest::newRow("past 65535") << "70000"
-                                << "30002 - Port 70000 is outside 1 to 65535";
-    QTest::newRow("not a number") << "x"
-                                  << "30002 - Port \"x\" is not a number from 1 to 65535";
-    QTest::newRow("blank") << ""
-                           << "30002 - Port \"\" is not a number from 1 to 65535";
-    QTest::newRow("past 32 bits") << "99999999999"
-                                  << "30002 - Port \"99999999999\" is not a number from 1 to 65535";
+    const QString outside = "30002 - Port %1 is outside 1 to 65535";
+    const QString notNumber = "30002 - Port \"%1\" is not a number from 1 to 65535";
+    QTest::newRow("zero") << "0" << outside.arg(0);
+    QTest::newRow("past 65535") << "70000" << outside.arg(70000);
+    QTest::newRow("not a number") << "x" << notNumber.arg("x");
+    QTest::newRow("blank") << "" << notNumber.arg("");
+    QTest::newRow("past 32 bits") << "99999999999" << notNumber.arg("99999999999");
 }
 
 void PopDialogsTest::everyBadPortGetsThePortBox() {

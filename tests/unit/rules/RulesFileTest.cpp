@@ -209,22 +209,19 @@ void RulesFileTest::countsOutOfRangeKeepWhatCanBeRead_data() {
     QTest::addColumn<QString>("line"); // blank: no box
     const QString rules = "[Rules] RuleCount=%1: 2 rules were read";
     const QString entries = "[Rule1] DescCount=%1: 3 entries were read";
-    QTest::newRow("in range") << "2"
-                              << "3" << 2 << 3 << "";
-    QTest::newRow("more rules than sections") << "3"
-                                              << "3" << 3 << 3 << "";
-    QTest::newRow("negative rule count") << "-3"
-                                         << "3" << 2 << 3 << rules.arg(-3);
-    QTest::newRow("rule count past 16 bits") << "100000"
-                                             << "3" << 2 << 3 << rules.arg(100000);
-    QTest::newRow("rule count no number") << "many"
-                                          << "3" << 2 << 3 << rules.arg("many");
-    QTest::newRow("entry count past 16 bits") << "2"
-                                              << "100000" << 2 << 3 << entries.arg(100000);
-    QTest::newRow("negative entry count") << "2"
-                                          << "-1" << 2 << 3 << entries.arg(-1);
-    QTest::newRow("entry count past ten") << "2"
-                                          << "11" << 2 << 3 << entries.arg(11);
+    auto row = [](const char* name, const char* ruleCount, const char* descCount, int ruleRows,
+                  int entryRows, const QString& line) {
+        QTest::newRow(name) << QString(ruleCount) << QString(descCount) << ruleRows << entryRows
+                            << line;
+    };
+    row("in range", "2", "3", 2, 3, "");
+    row("more rules than sections", "3", "3", 3, 3, "");
+    row("negative rule count", "-3", "3", 2, 3, rules.arg(-3));
+    row("rule count past 16 bits", "100000", "3", 2, 3, rules.arg(100000));
+    row("rule count no number", "many", "3", 2, 3, rules.arg("many"));
+    row("entry count past 16 bits", "2", "100000", 2, 3, entries.arg(100000));
+    row("negative entry count", "2", "-1", 2, 3, entries.arg(-1));
+    row("entry count past ten", "2", "11", 2, 3, entries.arg(11));
 }
 
 void RulesFileTest::countsOutOfRangeKeepWhatCanBeRead() {
