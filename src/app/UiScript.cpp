@@ -1,6 +1,7 @@
 #include "app/UiScript.h"
 
 #include "context/AppContext.h"
+#include "options/OptionsEditing.h"
 #include "platform/Controls.h"
 #include "platform/Headless.h"
 #include "platform/MainViewEvents.h"
@@ -57,6 +58,8 @@ QStringList Containers(const QString& control) {
         return {ctl::tbrColour, Element(ctl::fraMain, 1)};
     if (control.startsWith(ctl::lblColourBox + '('))
         return {ctl::fraColourBox, Element(ctl::fraMain, 1)};
+    if (const QStringList options = OptionsContainers(control); !options.isEmpty())
+        return options;
     if (control.startsWith(QLatin1String("txtAcnt")) ||
         control.startsWith(QLatin1String("chkAcnt")))
         return {Element(ctl::fraMain, 1)};

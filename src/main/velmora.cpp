@@ -6,6 +6,7 @@
 #include "platform/qt/DBusNotifier.h"
 #include "platform/qt/DesktopShell.h"
 #include "platform/qt/LockFileInstanceGuard.h"
+#include "platform/qt/QtColourDialog.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/XdgAutoStart.h"
 #include "platform/qt/widgets/HelpWindow.h"
@@ -33,6 +34,7 @@ int main(int argc, char** argv) {
     DBusNotifier notifier;
     DesktopShell desktopShell;
     HelpWindow helpWindow;
+    QtColourDialog colourDialog;
     // The printer and dialogs have no desktop version yet.
     Headless headless;
 
@@ -45,6 +47,7 @@ int main(int argc, char** argv) {
     services.notifier = &notifier;
     services.shell = &desktopShell;
     services.help = &helpWindow;
+    services.colours = &colourDialog;
     headless.fillBlanks(services);
 
     AppContext ctx(services);
