@@ -376,9 +376,12 @@ OptionsPage::OptionsPage(WidgetControls& controls) : controls(controls) {
     body->addLayout(right, 1);
     layout->addLayout(body, 1);
 
-    RequestBox(controls, ctl::picClientIcon, [this](const QString& r) { clientIcon(r); });
-    RequestBox(controls, ctl::txtMenuStyleFile, [this](const QString& r) { menuStyle(r); });
-    RequestBox(controls, ctl::txtButtonStyle, [this](const QString& r) { buttonStyle(r); });
+    layout->addWidget(
+        RequestBox(controls, ctl::picClientIcon, [this](const QString& r) { clientIcon(r); }));
+    layout->addWidget(
+        RequestBox(controls, ctl::txtMenuStyleFile, [this](const QString& r) { menuStyle(r); }));
+    layout->addWidget(
+        RequestBox(controls, ctl::txtButtonStyle, [this](const QString& r) { buttonStyle(r); }));
     layout->addWidget(PageParts::PageButtonRow(controls, 3));
 }
 
