@@ -10,6 +10,8 @@
 #include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -71,9 +73,11 @@ protected:
     void paintEvent(QPaintEvent*) override {
         QPainter p(this);
         const QRect box = rect().adjusted(3, 3, -4, -4);
-        p.fillRect(box, isEnabled() ? palette().color(backgroundRole())
-                                    : palette().color(QPalette::Disabled, QPalette::Window));
-        p.setPen(palette().color(QPalette::WindowText));
+        // A preset's colours show too; only the frame tells a box that
+        // takes no click.
+        p.fillRect(box, palette().color(backgroundRole()));
+        p.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled,
+                                 QPalette::WindowText));
         p.drawRect(box);
         if (hasFocus()) {
             QStyleOptionFocusRect focus;
@@ -132,6 +136,7 @@ struct Builder {
             controls.add(button, Element(array, i));
             layout->addWidget(button);
         }
+        layout->addStretch(1);
         return group;
     }
 };
@@ -255,6 +260,12 @@ QWidget* DefaultsSection(Builder& b) {
     return s;
 }
 
+bool DesktopDrawsTrayMenu() {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    return bus.isConnected() && bus.interface() &&
+           bus.interface()->isServiceRegistered(QStringLiteral("org.kde.StatusNotifierWatcher"));
+}
+
 QWidget* MenuColoursSection(Builder& b) {
     QVBoxLayout* l = nullptr;
     QWidget* s = Section(l);
@@ -281,6 +292,15 @@ QWidget* MenuColoursSection(Builder& b) {
     boxes->addStretch(1);
     row->addLayout(boxes, 1);
     l->addLayout(row);
+    // Where the desktop draws the tray's menu itself, the colours reach only
+    // the menus drawn here.
+    if (DesktopDrawsTrayMenu()) {
+        auto* note = new QLabel(QStringLiteral(
+            "This desktop draws the System Tray menu itself: the colours show in the Email "
+            "Messages window's menu."));
+        note->setWordWrap(true);
+        l->addWidget(note);
+    }
     l->addStretch(1);
     return s;
 }
@@ -310,7 +330,9 @@ QWidget* MiscellaneousSection(Builder& b) {
     sortRow->addWidget(b.options(ctl::optSortOrder, 2, QStringLiteral("Sort Order")));
     sortRow->addStretch(1);
     l->addWidget(sort);
-    l->addWidget(PageParts::Toolbar(b.controls, ctl::tbrOptMisc));
+    QToolBar* misc = PageParts::Toolbar(b.controls, ctl::tbrOptMisc);
+    misc->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    l->addWidget(misc);
     l->addStretch(1);
     return s;
 }
