@@ -116,6 +116,8 @@ void ShowClientIcon(AppContext& ctx, int n) {
     const bool accountValid =
         n >= 1 && n <= ctx.accounts.AcntNum && ctx.accounts[n].AcntClientValid;
     v.setImage(test1, accountValid ? ClientKey(n) : QStringLiteral("Test"));
+    // The window puts the pictures it made on what now names them.
+    v.setText(ctl::picClientIcon, QStringLiteral("show"));
 }
 
 void RefreshClientIcons(AppContext& ctx) {

@@ -158,7 +158,9 @@ inline constexpr QLatin1String tbrOptMisc("tbrOptMisc");
 inline constexpr QLatin1String tbrClient("tbrClient");
 inline constexpr QLatin1String tbrSound("tbrSound");
 inline constexpr QLatin1String lblClientName("lblClientName");
-// Hidden: takes "key|path" and makes the picture of that key from the file.
+// Hidden: takes "key|path" and makes the picture of that key from the file
+// ("key|" forgets it); "show" puts the pictures made on the controls whose
+// picture key names them.
 inline constexpr QLatin1String picClientIcon("picClientIcon");
 // Hidden: takes the path of the menu style file each time it is written, and
 // the popup menus take their colours from it.
