@@ -320,6 +320,13 @@ void ArrangeOptionsPage(AppContext& ctx) {
 }
 
 void StartOptionsPage(AppContext& ctx) {
+    // A client is any program or desktop entry, not only what the store's
+    // own check takes.
+    AccountStore& acc = ctx.accounts;
+    for (int n = 1; n <= acc.AcntNum; ++n) {
+        acc[n].AcntClientValid = IsValidClient(*ctx.svc.files, acc[n].AcntClient);
+        acc[n].AcntSoundValid = IsValidSound(*ctx.svc.files, acc[n].AcntSound);
+    }
     ArrangeOptionsPage(ctx);
     WriteMenuStyleFile(ctx);
     LoadOptionsPage(ctx);
