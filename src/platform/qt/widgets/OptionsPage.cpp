@@ -15,6 +15,7 @@
 #include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -26,6 +27,7 @@
 #include <QSpinBox>
 #include <QStackedLayout>
 #include <QStyleOptionFocusRect>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -168,6 +170,57 @@ QWidget* StartUpSection(Builder& b) {
     return s;
 }
 
+// A quiet-period box: a click before its colon picks the hours, from the
+// minutes on the minutes; Up and Down then turn that part's spin, and the
+// part stays picked while the logic rewrites the box.
+class PartPicker : public QObject {
+public:
+    PartPicker(QLineEdit* box, QSpinBox* hours, QSpinBox* minutes)
+        : QObject(box), box(box), hours(hours), minutes(minutes) {
+        box->installEventFilter(this);
+        connect(box, &QLineEdit::cursorPositionChanged, this, [this](int, int now) {
+            if (!selecting && this->box->hasFocus())
+                pick(now < 3);
+        });
+        for (QSpinBox* spin : {hours, minutes}) {
+            connect(spin, &QSpinBox::valueChanged, this, [this] {
+                if (this->box->hasFocus())
+                    QTimer::singleShot(0, this, [this] { pick(hoursPart); });
+            });
+        }
+    }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        // The first click also brings the focus, after the caret moved.
+        if (event->type() == QEvent::MouseButtonRelease) {
+            pick(box->cursorPosition() < 3);
+            return false;
+        }
+        if (event->type() != QEvent::KeyPress)
+            return false;
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Up && key != Qt::Key_Down)
+            return false;
+        (hoursPart ? hours : minutes)->stepBy(key == Qt::Key_Up ? 1 : -1);
+        return true;
+    }
+
+private:
+    void pick(bool hoursWanted) {
+        hoursPart = hoursWanted;
+        selecting = true;
+        box->setSelection(hoursWanted ? 0 : 3, 2);
+        selecting = false;
+    }
+
+    QLineEdit* box;
+    QSpinBox* hours;
+    QSpinBox* minutes;
+    bool hoursPart = true;
+    bool selecting = false;
+};
+
 QWidget* AutoCheckSection(Builder& b) {
     QVBoxLayout* l = nullptr;
     QWidget* s = Section(l);
@@ -209,6 +262,7 @@ QWidget* AutoCheckSection(Builder& b) {
         quiet->addWidget(h, 1 + box, 3);
         quiet->addWidget(b.buddy(caption + QStringLiteral(" minute"), m), 1 + box, 4);
         quiet->addWidget(m, 1 + box, 5);
+        new PartPicker(time, h, m);
     }
     quiet->setColumnStretch(6, 1);
     l->addLayout(quiet);
