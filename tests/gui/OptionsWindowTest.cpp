@@ -4,10 +4,14 @@
 #include "platform/qt/widgets/OptionsPage.h"
 #include "platform/qt/widgets/Pictures.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QFile>
 #include <QImage>
+#include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -21,6 +25,7 @@ private Q_SLOTS:
     void iconLookup();
     void clientPictureReachesButtonsAndTray();
     void menuStyleReachesPopupMenus();
+    void everyInputHasAName();
 
 private:
     QTemporaryDir dir;
@@ -129,6 +134,29 @@ void OptionsWindowTest::menuStyleReachesPopupMenus() {
     QVERIFY(qobject_cast<QMenu*>(w.WidgetControls::find(ctl::mnuEmailPopMenu))
                 ->styleSheet()
                 .contains("#ff0000"));
+}
+
+// Screen readers name an input by its label; the hidden request boxes are
+// no input of the user's.
+void OptionsWindowTest::everyInputHasAName() {
+    MainWindow w;
+    const auto* page = qobject_cast<QWidget*>(w.WidgetControls::find(Element(ctl::fraMain, 3)));
+    const QStringList hidden = {ctl::picClientIcon, ctl::txtMenuStyleFile, ctl::txtButtonStyle};
+    int inputs = 0;
+    for (QWidget* input : page->findChildren<QWidget*>()) {
+        const bool named = qobject_cast<QLineEdit*>(input) || qobject_cast<QSpinBox*>(input) ||
+                           qobject_cast<QListWidget*>(input) ||
+                           input->objectName().startsWith("lbl3D");
+        if (!named || hidden.contains(input->objectName()) ||
+            hidden.contains(input->parentWidget()->objectName()) ||
+            qobject_cast<QSpinBox*>(input->parentWidget()))
+            continue;
+        ++inputs;
+        QAccessibleInterface* a = QAccessible::queryAccessibleInterface(input);
+        QVERIFY2(a && !a->text(QAccessible::Name).trimmed().isEmpty(),
+                 qPrintable(input->objectName()));
+    }
+    QVERIFY(inputs >= 15);
 }
 
 QTEST_MAIN(OptionsWindowTest)
