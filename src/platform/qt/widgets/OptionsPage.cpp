@@ -399,7 +399,6 @@ QComboBox* RequestBox(WidgetControls& controls, const QString& name,
                       std::function<void(const QString&)> handle) {
     auto* box = new QComboBox;
     box->setEditable(true);
-    box->setVisible(false);
     controls.add(box, name);
     QObject::connect(box->lineEdit(), &QLineEdit::textChanged, box,
                      [box, handle = std::move(handle)](const QString& text) {
@@ -452,12 +451,18 @@ OptionsPage::OptionsPage(WidgetControls& controls) : controls(controls) {
     body->addLayout(right, 1);
     layout->addLayout(body, 1);
 
-    layout->addWidget(
+    // The request boxes sit in a hidden holder: the user never sees them,
+    // and their own visibility stays the logic's to set.
+    auto* requests = new QWidget;
+    auto* requestLayout = new QHBoxLayout(requests);
+    requestLayout->addWidget(
         RequestBox(controls, ctl::picClientIcon, [this](const QString& r) { clientIcon(r); }));
-    layout->addWidget(
+    requestLayout->addWidget(
         RequestBox(controls, ctl::txtMenuStyleFile, [this](const QString& r) { menuStyle(r); }));
-    layout->addWidget(
+    requestLayout->addWidget(
         RequestBox(controls, ctl::txtButtonStyle, [this](const QString& r) { buttonStyle(r); }));
+    requests->setVisible(false);
+    layout->addWidget(requests);
     layout->addWidget(PageParts::PageButtonRow(controls, 3));
 }
 
