@@ -306,6 +306,13 @@ void ArrangeOptionsPage(AppContext& ctx) {
         for (int i = 0; i < texts.size(); ++i)
             v.setCaption(Element(array, i), texts[i]);
     }
+    for (const ToolbarButton& b : OptionPageButtons()) {
+        const QString button = Button(b.toolbar, b.key);
+        v.setCaption(button, b.caption);
+        v.setToolTip(button, b.tip);
+        if (b.toolbar != ctl::tbrOptMisc)
+            v.setImage(button, b.key);
+    }
     v.setToolTip(ctl::lbl3DTopColour, QStringLiteral("Change Top Colour"));
     v.setToolTip(ctl::lbl3DMiddleColour, QStringLiteral("Change Middle Colour"));
     v.setToolTip(ctl::lbl3DBottomColour, QStringLiteral("Change Bottom Colour"));

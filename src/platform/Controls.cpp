@@ -65,6 +65,21 @@ const QVector<ToolbarButton>& ToolbarButtonTable() {
         {"tbrRules", "RulesRename", "Rename Rules File  ", "Rename the Rules FileName"},
         {"tbrOptAbout", "ReadMe", "View Read Me  ", "View Read Me Using WordPad"},
         {"tbrOptAbout", "Update", "Updates  ", "Check WebSite for Updates"},
+    };
+    return table;
+}
+
+const QVector<ToolbarButton>& AccountPageButtons() {
+    static const QVector<ToolbarButton> table = {
+        {"tbrColour", "Colour", "Colour ", "Click to choose the Account Colour"},
+        {"tbrMoveButtons(0)", "Backward", "Backward ", "Move this Account one place Backward"},
+        {"tbrMoveButtons(0)", "Forward", "Forward ", "Move this Account one place Forward"},
+    };
+    return table;
+}
+
+const QVector<ToolbarButton>& OptionPageButtons() {
+    static const QVector<ToolbarButton> table = {
         {"tbrOptMisc", "SelectAll", "Select All ", "Allow all Email Message ToolTips"},
         {"tbrOptMisc", "SelectNone", "Select None ", "Allow no Email Message ToolTips"},
         {"tbrOptMisc", "RestoreColWidth", "Restore Column Width Now ",
@@ -77,15 +92,6 @@ const QVector<ToolbarButton>& ToolbarButtonTable() {
         {"tbrClient(1)", "Test", "Test ", "Test the Email Client"},
         {"tbrSound(1)", "Browse", "Browse ", "Browse for the Account's Sound File"},
         {"tbrSound(1)", "Test", "Test ", "Test the Sound File"},
-    };
-    return table;
-}
-
-const QVector<ToolbarButton>& AccountPageButtons() {
-    static const QVector<ToolbarButton> table = {
-        {"tbrColour", "Colour", "Colour ", "Click to choose the Account Colour"},
-        {"tbrMoveButtons(0)", "Backward", "Backward ", "Move this Account one place Backward"},
-        {"tbrMoveButtons(0)", "Forward", "Forward ", "Move this Account one place Forward"},
     };
     return table;
 }
@@ -196,7 +202,8 @@ const QVector<ControlInfo>& ControlTable() {
             t.append({Button(ctl::tbrMainButtons, b.key), K::Button});
         for (const PageButton& b : PageButtonTable())
             t.append({Element(ctl::tbrButtons, b.index), K::Button});
-        for (const ToolbarButton& b : ToolbarButtonTable() + AccountPageButtons())
+        for (const ToolbarButton& b :
+             ToolbarButtonTable() + AccountPageButtons() + OptionPageButtons())
             t.append({Button(b.toolbar, b.key), K::Button});
         for (const QString& name : TrayMenuEntries() + EmailMenuEntries())
             t.append({name, K::MenuEntry});

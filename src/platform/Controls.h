@@ -219,6 +219,9 @@ const QVector<ToolbarButton>& ToolbarButtonTable();
 // The Accounts page's small bars, the colour button and the move buttons:
 // captions without pictures.
 const QVector<ToolbarButton>& AccountPageButtons();
+// The small bars of the Options page and the client and sound bars of both
+// pages; the logic gives them their pictures.
+const QVector<ToolbarButton>& OptionPageButtons();
 // The entries of the tray menu, then of the list's popup menu, in order.
 const QStringList& TrayMenuEntries();
 const QStringList& EmailMenuEntries();

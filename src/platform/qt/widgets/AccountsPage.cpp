@@ -1,6 +1,7 @@
 #include "platform/qt/widgets/AccountsPage.h"
 
 #include "platform/Controls.h"
+#include "platform/qt/widgets/OptionsPage.h"
 #include "platform/qt/widgets/PageParts.h"
 #include "platform/qt/widgets/WidgetControls.h"
 
@@ -148,7 +149,7 @@ AccountsPage::AccountsPage(WidgetControls& controls)
     QLineEdit* client = TextBox(controls, ctl::txtAcntClient);
     form->addWidget(Buddy(QStringLiteral("Email Client:"), client), row, 0);
     form->addWidget(client, row, 1);
-    form->addWidget(PageParts::Toolbar(controls, Element(ctl::tbrClient, 1)), row++, 2);
+    form->addWidget(OptionsPage::ButtonBar(controls, Element(ctl::tbrClient, 1)), row++, 2);
     auto* clientState = new QHBoxLayout;
     clientState->addWidget(Label(controls, ctl::lblClientName));
     clientState->addWidget(Label(controls, ctl::lblAcntRunSize));
@@ -157,7 +158,7 @@ AccountsPage::AccountsPage(WidgetControls& controls)
     QLineEdit* sound = TextBox(controls, ctl::txtAcntSound);
     form->addWidget(Buddy(QStringLiteral("Sound:"), sound), row, 0);
     form->addWidget(sound, row, 1);
-    form->addWidget(PageParts::Toolbar(controls, Element(ctl::tbrSound, 1)), row++, 2);
+    form->addWidget(OptionsPage::ButtonBar(controls, Element(ctl::tbrSound, 1)), row++, 2);
     form->addWidget(Label(controls, ctl::lblSoundName), row++, 1, 1, 2);
     auto* soundState = new QHBoxLayout;
     soundState->addWidget(CheckBox(controls, ctl::chkAcntSoundOn));

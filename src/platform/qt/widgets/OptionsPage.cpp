@@ -289,12 +289,12 @@ QWidget* DefaultsSection(Builder& b) {
     QLineEdit* client = b.text(ctl::txtDefaultClient);
     grid->addWidget(b.buddy(QStringLiteral("Default Email Client:"), client), 0, 0);
     grid->addWidget(client, 0, 1);
-    grid->addWidget(PageParts::Toolbar(b.controls, Element(ctl::tbrClient, 0)), 0, 2);
+    grid->addWidget(OptionsPage::ButtonBar(b.controls, Element(ctl::tbrClient, 0)), 0, 2);
     grid->addWidget(b.options(ctl::optRunSize, 2, QString(), Qt::Horizontal), 1, 1);
     QLineEdit* sound = b.text(ctl::txtDefaultSound);
     grid->addWidget(b.buddy(QStringLiteral("Default Sound:"), sound), 2, 0);
     grid->addWidget(sound, 2, 1);
-    grid->addWidget(PageParts::Toolbar(b.controls, Element(ctl::tbrSound, 0)), 2, 2);
+    grid->addWidget(OptionsPage::ButtonBar(b.controls, Element(ctl::tbrSound, 0)), 2, 2);
     grid->addWidget(b.check(ctl::chkPlaySound), 3, 1);
     for (int i = 0; i < 3; ++i)
         grid->addWidget(b.label(Element(ctl::lblSoundInfo, i)), 4 + i, 1, 1, 2);
@@ -384,7 +384,7 @@ QWidget* MiscellaneousSection(Builder& b) {
     sortRow->addWidget(b.options(ctl::optSortOrder, 2, QStringLiteral("Sort Order")));
     sortRow->addStretch(1);
     l->addWidget(sort);
-    QToolBar* misc = PageParts::Toolbar(b.controls, ctl::tbrOptMisc);
+    QToolBar* misc = OptionsPage::ButtonBar(b.controls, ctl::tbrOptMisc);
     misc->setToolButtonStyle(Qt::ToolButtonTextOnly);
     l->addWidget(misc);
     l->addStretch(1);
@@ -464,6 +464,23 @@ OptionsPage::OptionsPage(WidgetControls& controls) : controls(controls) {
     requests->setVisible(false);
     layout->addWidget(requests);
     layout->addWidget(PageParts::PageButtonRow(controls, 3));
+}
+
+QToolBar* OptionsPage::ButtonBar(WidgetControls& controls, const QString& toolbar) {
+    auto* bar = new QToolBar;
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize(QSize(16, 16));
+    bar->setFloatable(false);
+    bar->setMovable(false);
+    controls.add(bar, toolbar);
+    for (const ToolbarButton& b : OptionPageButtons()) {
+        if (b.toolbar != toolbar)
+            continue;
+        QAction* action = bar->addAction(b.key);
+        controls.add(action, Button(toolbar, b.key));
+        PageParts::KeyboardReachable(bar, action);
+    }
+    return bar;
 }
 
 void OptionsPage::clientIcon(const QString& request) {

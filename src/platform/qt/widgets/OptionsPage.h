@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QIcon>
 
+class QToolBar;
 class QWidget;
 
 namespace velmora {
@@ -18,6 +19,9 @@ public:
     explicit OptionsPage(WidgetControls& controls);
 
     QWidget* frame() const { return page; }
+
+    // A bar of OptionPageButtons(): tbrOptMisc, or a client or sound bar.
+    static QToolBar* ButtonBar(WidgetControls& controls, const QString& toolbar);
 
     // A QMenu style sheet from the menu style file's three colours; blank
     // for a file without them.
