@@ -5,6 +5,7 @@
 #include "context/PageCalls.h"
 #include "context/ShellCalls.h"
 #include "messages/MessageList.h"
+#include "options/ClientChoice.h"
 #include "options/Setting.h"
 #include "platform/Controls.h"
 #include "platform/MessageBoxes.h"
@@ -64,12 +65,26 @@ void SetDirtyButtons(AppContext& ctx, bool dirty) {
 
 void ShowClient(AppContext& ctx, int n) {
     MainView& v = *ctx.view;
+    const QString browse = Button(Element(ctl::tbrClient, 1), QStringLiteral("Browse"));
+    const Account& a = ctx.accounts[n];
     if (ctx.shell.DefaultClientValid) {
         v.setText(ctl::txtAcntClient, DefaultClientText);
         v.setEnabled(ctl::txtAcntClient, false);
+        v.setEnabled(browse, false);
+        v.setCaption(ctl::lblClientName, FileNamePart(ctx.options.DefaultClient));
+        ShowClientIcon(ctx, 0);
     } else {
-        v.setText(ctl::txtAcntClient, ctx.accounts[n].AcntClient);
+        v.setText(ctl::txtAcntClient, a.AcntClient);
         v.setEnabled(ctl::txtAcntClient, true);
+        v.setEnabled(browse, true);
+        v.setCaption(ctl::lblClientName,
+                     a.AcntClientValid ? FileNamePart(a.AcntClient) : QString());
+        if (a.AcntClientValid && n >= 1) {
+            ExtractClientIcon(ctx, a.AcntClient, n);
+            ShowClientIcon(ctx, n);
+        } else {
+            ShowClientIcon(ctx, -1);
+        }
     }
 }
 
@@ -80,12 +95,14 @@ void ShowSound(AppContext& ctx, int n) {
         v.setText(ctl::txtAcntSound, DefaultSoundText);
         v.setEnabled(ctl::txtAcntSound, false);
         v.setCaption(ctl::lblSoundName, FileNamePart(ctx.options.DefaultSound));
+        v.setEnabled(Button(Element(ctl::tbrSound, 1), QStringLiteral("Browse")), false);
         v.setVisible(ctl::chkAcntSoundOn, false);
         v.setVisible(ctl::lblAcntPlaySound, true);
     } else {
         v.setText(ctl::txtAcntSound, a.AcntSound);
         v.setEnabled(ctl::txtAcntSound, true);
         v.setCaption(ctl::lblSoundName, a.AcntSoundValid ? FileNamePart(a.AcntSound) : QString());
+        v.setEnabled(Button(Element(ctl::tbrSound, 1), QStringLiteral("Browse")), true);
         v.setVisible(ctl::chkAcntSoundOn, a.AcntSoundValid);
         v.setVisible(ctl::lblAcntPlaySound, false);
     }
@@ -245,6 +262,11 @@ bool AccountControlChanged(AppContext& ctx, const QString& control) {
         e.EditSoundOn = v.checked(control);
     else if (!known)
         return false;
+    // The client and sound boxes show at once what their text names.
+    if (control == ctl::txtAcntClient)
+        AccountClientChanged(ctx);
+    else if (control == ctl::txtAcntSound)
+        AccountSoundChanged(ctx);
     // The placeholder of an empty list is no account to edit.
     if (acc.AcntNum > 0)
         AccountDirtyCheck(ctx);
@@ -309,12 +331,12 @@ bool StoreAccount(AppContext& ctx) {
     // A path of the account survives while a default hides it.
     if (!ctx.shell.DefaultClientValid) {
         a.AcntClient = e.EditClient;
-        a.AcntClientValid = IsValidFile(*ctx.svc.files, a.AcntClient, QStringLiteral(".exe"));
+        a.AcntClientValid = IsValidClient(*ctx.svc.files, a.AcntClient);
     }
     if (!ctx.shell.DefaultSoundValid) {
         a.AcntSound = e.EditSound;
         a.AcntSoundOn = e.EditSoundOn;
-        a.AcntSoundValid = IsValidFile(*ctx.svc.files, a.AcntSound, QStringLiteral(".wav"));
+        a.AcntSoundValid = IsValidSound(*ctx.svc.files, a.AcntSound);
     }
 
     SettingsStore& settings = *ctx.svc.settings;

@@ -5,6 +5,7 @@
 #include "context/AppContext.h"
 #include "context/PageCalls.h"
 #include "messages/MessageList.h"
+#include "options/ClientChoice.h"
 #include "options/Setting.h"
 #include "platform/Controls.h"
 #include "platform/MessageBoxes.h"
@@ -77,6 +78,7 @@ void DeleteAccount(AppContext& ctx) {
     if (answer != BoxAnswer::Yes)
         return;
     acc.AcntBusy = true;
+    ForgetClientIcon(ctx, d);
     SettingsStore& settings = *ctx.svc.settings;
 
     // Every account from 1 is written again under its (new) number, so the

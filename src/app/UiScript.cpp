@@ -2,6 +2,7 @@
 
 #include "app/Preview.h"
 #include "context/AppContext.h"
+#include "options/OptionsEditing.h"
 #include "platform/Controls.h"
 #include "platform/Headless.h"
 #include "platform/MainViewEvents.h"
@@ -74,6 +75,8 @@ QStringList Containers(const QString& control) {
                     ctl::cboCondition, ctl::chkNot, ctl::txtCriteria}
             .contains(control))
         return {ctl::fraRule, Element(ctl::fraMain, 2)};
+    if (const QStringList options = OptionsContainers(control); !options.isEmpty())
+        return options;
     if (control.startsWith(QLatin1String("txtAcnt")) ||
         control.startsWith(QLatin1String("chkAcnt")))
         return {Element(ctl::fraMain, 1)};

@@ -13,6 +13,7 @@
 #include "messages/MessageList.h"
 #include "messages/Sorting.h"
 #include "options/MenuColours.h"
+#include "options/OptionsEditing.h"
 #include "options/SaveOptions.h"
 #include "options/Setting.h"
 #include "platform/Controls.h"
@@ -118,6 +119,7 @@ void Form_Load(AppContext& ctx) {
     v.tray().modify({TrayPlain}, ctx.shell.AppTitle);
 
     LoadStores(ctx);
+    StartOptionsPage(ctx);
 
     const AccountStore& acc = ctx.accounts;
     AddAccountTabs(ctx);

@@ -14,6 +14,7 @@
 #include "context/AppContext.h"
 #include "messages/MessageList.h"
 #include "messages/Sorting.h"
+#include "options/OptionsEditing.h"
 #include "platform/Controls.h"
 #include "platform/MainView.h"
 #include "platform/Shell.h"
@@ -93,7 +94,8 @@ void frmMainEvents::ToolbarButtonClick(const QString& toolbar, const QString& ke
     else if (toolbar == ctl::tbrRules || toolbar == ctl::tbrRuleUpdate ||
              toolbar == ctl::tbrMoveRules)
         RulesToolbarClick(ctx, toolbar, key);
-    // The other buttons come with their pages.
+    else
+        OptionsButtonClick(ctx, toolbar, key);
 }
 
 void frmMainEvents::MenuClick(const QString& entry) {
@@ -164,6 +166,8 @@ void frmMainEvents::LinkClick(const QString& label) {
         OpenHomePage(ctx);
     else if (label == ctl::lblAboutEmail)
         OpenSupportMail(ctx);
+    else
+        OptionsLinkClick(ctx, label);
 }
 
 void frmMainEvents::TabClick(const QString& strip) {
@@ -236,9 +240,8 @@ void frmMainEvents::ValueChanged(const QString& control) {
     if (!GateAdmits(ctx, control))
         return;
     // The pages' dirty checks hang here as the pages come.
-    if (RuleControlChanged(ctx, control))
-        return;
-    AccountControlChanged(ctx, control);
+    if (!RuleControlChanged(ctx, control) && !AccountControlChanged(ctx, control))
+        OptionsControlChanged(ctx, control);
 }
 
 void frmMainEvents::StatusBarPointer(int panel) {

@@ -6,6 +6,7 @@
 #include "platform/qt/DBusNotifier.h"
 #include "platform/qt/DesktopShell.h"
 #include "platform/qt/LockFileInstanceGuard.h"
+#include "platform/qt/QtColourDialog.h"
 #include "platform/qt/QtFileDialogs.h"
 #include "platform/qt/QtPlatform.h"
 #include "platform/qt/XdgAutoStart.h"
@@ -39,7 +40,8 @@ int main(int argc, char** argv) {
     DesktopShell desktopShell;
     HelpWindow helpWindow;
     SystemPrinter printer;
-    // The dialogs have no desktop version yet.
+    QtColourDialog colourDialog;
+    // What the desktop has no version of is filled from here.
     Headless headless;
 
     Services services = platform.services();
@@ -53,6 +55,7 @@ int main(int argc, char** argv) {
     services.help = &helpWindow;
     services.printer = &printer;
     services.dialogs = &fileDialogs;
+    services.colours = &colourDialog;
     headless.fillBlanks(services);
 
     AppContext ctx(services);

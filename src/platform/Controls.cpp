@@ -90,6 +90,24 @@ const QVector<ToolbarButton>& RulePageButtons() {
     return table;
 }
 
+const QVector<ToolbarButton>& OptionPageButtons() {
+    static const QVector<ToolbarButton> table = {
+        {"tbrOptMisc", "SelectAll", "Select All ", "Allow all Email Message ToolTips"},
+        {"tbrOptMisc", "SelectNone", "Select None ", "Allow no Email Message ToolTips"},
+        {"tbrOptMisc", "RestoreColWidth", "Restore Column Width Now ",
+         "Restore the Default Email Message Column Width Now"},
+        {"tbrClient(0)", "Browse", "Browse ", "Browse for the Default Email Client"},
+        {"tbrClient(0)", "Test", "Test ", "Test the Default Email Client"},
+        {"tbrSound(0)", "Browse", "Browse ", "Browse for the Default Sound File"},
+        {"tbrSound(0)", "Test", "Test ", "Test the Default Sound File"},
+        {"tbrClient(1)", "Browse", "Browse ", "Browse for the Account's Email Client"},
+        {"tbrClient(1)", "Test", "Test ", "Test the Email Client"},
+        {"tbrSound(1)", "Browse", "Browse ", "Browse for the Account's Sound File"},
+        {"tbrSound(1)", "Test", "Test ", "Test the Sound File"},
+    };
+    return table;
+}
+
 const QStringList& TrayMenuEntries() {
     static const QStringList entries = {
         ctl::mnuTrayShow,      ctl::mnuTrayCheckAll,    ctl::mnuTrayNewMessage,
@@ -144,11 +162,61 @@ const QVector<ControlInfo>& ControlTable() {
             t.append({name, K::Check});
         for (const auto& name : {ctl::lblSoundName, ctl::lblAcntPlaySound, ctl::lblAcntRunSize})
             t.append({name, K::Label});
+        // The Options page.
+        t.append({ctl::TreeView, K::Combo});
+        t.append({ctl::lblOptionsTitle, K::Label});
+        for (int node = 1; node <= 6; ++node)
+            t.append({Element(ctl::fraOptions, node), K::Frame});
+        for (const auto& name :
+             {ctl::chkRunStartUp, ctl::chkEmailCheckStartUp, ctl::chkMinimizeStartUp,
+              ctl::chkUseInterval, ctl::chkNoCheck, ctl::chkShowEmailMsgBox, ctl::chkPlaySound,
+              ctl::chkQuickCheck, ctl::chkDeleteConfirmation, ctl::chkCloseButton,
+              ctl::chkSuppressConnectErrors, ctl::chkSuppressRetrieveErrors, ctl::chkShowNewOnly,
+              ctl::chkRestoreColWidth, ctl::chkButtonStyle, ctl::chkFromToolTips,
+              ctl::chkToToolTips, ctl::chkSubjectToolTips, ctl::chkMessageSort})
+            t.append({name, K::Check});
+        for (const auto& name : {ctl::txtStartUpDelay, ctl::txtMsgBoxTime, ctl::txtConnectTimeOut,
+                                 ctl::txtHours, ctl::txtMinutes})
+            t.append({name, K::Spin});
+        for (int i = 0; i < 4; ++i)
+            t.append({Element(ctl::updNoCheck, i), K::Spin});
+        for (int i = 0; i < 2; ++i)
+            t.append({Element(ctl::txtNoCheckTime, i), K::Text});
+        for (const auto& name : {ctl::txtDefaultClient, ctl::txtDefaultSound, ctl::picClientIcon,
+                                 ctl::txtMenuStyleFile, ctl::txtButtonStyle})
+            t.append({name, K::Text});
+        const QPair<QLatin1String, int> arrays[] = {
+            {ctl::optShowEmail, 3},  {ctl::optRunSize, 2},    {ctl::opt3DTheme, 7},
+            {ctl::optApplyStyle, 4}, {ctl::optSortColumn, 6}, {ctl::optSortOrder, 2}};
+        for (const auto& [array, count] : arrays) {
+            for (int i = 0; i < count; ++i)
+                t.append({Element(array, i), K::Option});
+        }
+        for (const auto& name : {ctl::fraApplyStyle, ctl::fraSort})
+            t.append({name, K::Frame});
+        for (const auto& name :
+             {ctl::lbl3DTopColour, ctl::lbl3DMiddleColour, ctl::lbl3DBottomColour})
+            t.append({name, K::Link});
+        for (const auto& name : {ctl::lblRunStartUp, ctl::lblEmailCheckStartUp,
+                                 ctl::lblMinimizeStartUp, ctl::lblUseInterval, ctl::lblClientName})
+            t.append({name, K::Label});
+        for (int i : {0, 1, 2, 6})
+            t.append({Element(ctl::lblMenuColours, i), K::Label});
+        for (int i = 0; i < 3; ++i) {
+            t.append({Element(ctl::lblInterval, i), K::Label});
+            t.append({Element(ctl::lblSoundInfo, i), K::Label});
+        }
+        t.append({ctl::tbrOptMisc, K::Toolbar});
+        for (int i = 0; i < 2; ++i) {
+            t.append({Element(ctl::tbrClient, i), K::Toolbar});
+            t.append({Element(ctl::tbrSound, i), K::Toolbar});
+        }
         for (const MainButton& b : MainButtonTable())
             t.append({Button(ctl::tbrMainButtons, b.key), K::Button});
         for (const PageButton& b : PageButtonTable())
             t.append({Element(ctl::tbrButtons, b.index), K::Button});
-        for (const ToolbarButton& b : ToolbarButtonTable() + AccountPageButtons())
+        for (const ToolbarButton& b :
+             ToolbarButtonTable() + AccountPageButtons() + OptionPageButtons())
             t.append({Button(b.toolbar, b.key), K::Button});
         for (const QString& name : TrayMenuEntries() + EmailMenuEntries())
             t.append({name, K::MenuEntry});

@@ -104,6 +104,71 @@ inline constexpr QLatin1String chkAcntSoundOn("chkAcntSoundOn");
 inline constexpr QLatin1String lblSoundName("lblSoundName");
 inline constexpr QLatin1String lblAcntPlaySound("lblAcntPlaySound");
 inline constexpr QLatin1String lblAcntRunSize("lblAcntRunSize");
+// The Options page: the tree of its six sections and what they hold. The
+// explanation labels are named after the box they explain.
+inline constexpr QLatin1String TreeView("TreeView");
+inline constexpr QLatin1String lblOptionsTitle("lblOptionsTitle");
+inline constexpr QLatin1String fraOptions("fraOptions");
+inline constexpr QLatin1String chkRunStartUp("chkRunStartUp");
+inline constexpr QLatin1String chkEmailCheckStartUp("chkEmailCheckStartUp");
+inline constexpr QLatin1String chkMinimizeStartUp("chkMinimizeStartUp");
+inline constexpr QLatin1String chkUseInterval("chkUseInterval");
+inline constexpr QLatin1String chkNoCheck("chkNoCheck");
+inline constexpr QLatin1String chkShowEmailMsgBox("chkShowEmailMsgBox");
+inline constexpr QLatin1String chkPlaySound("chkPlaySound");
+inline constexpr QLatin1String chkQuickCheck("chkQuickCheck");
+inline constexpr QLatin1String chkDeleteConfirmation("chkDeleteConfirmation");
+inline constexpr QLatin1String chkCloseButton("chkCloseButton");
+inline constexpr QLatin1String chkSuppressConnectErrors("chkSuppressConnectErrors");
+inline constexpr QLatin1String chkSuppressRetrieveErrors("chkSuppressRetrieveErrors");
+inline constexpr QLatin1String chkShowNewOnly("chkShowNewOnly");
+inline constexpr QLatin1String chkRestoreColWidth("chkRestoreColWidth");
+inline constexpr QLatin1String chkButtonStyle("chkButtonStyle");
+inline constexpr QLatin1String chkFromToolTips("chkFromToolTips");
+inline constexpr QLatin1String chkToToolTips("chkToToolTips");
+inline constexpr QLatin1String chkSubjectToolTips("chkSubjectToolTips");
+inline constexpr QLatin1String chkMessageSort("chkMessageSort");
+inline constexpr QLatin1String txtStartUpDelay("txtStartUpDelay");
+inline constexpr QLatin1String txtMsgBoxTime("txtMsgBoxTime");
+inline constexpr QLatin1String txtConnectTimeOut("txtConnectTimeOut");
+inline constexpr QLatin1String txtHours("txtHours");
+inline constexpr QLatin1String txtMinutes("txtMinutes");
+inline constexpr QLatin1String txtNoCheckTime("txtNoCheckTime");
+inline constexpr QLatin1String updNoCheck("updNoCheck");
+inline constexpr QLatin1String txtDefaultClient("txtDefaultClient");
+inline constexpr QLatin1String txtDefaultSound("txtDefaultSound");
+inline constexpr QLatin1String optShowEmail("optShowEmail");
+inline constexpr QLatin1String optRunSize("optRunSize");
+inline constexpr QLatin1String opt3DTheme("opt3DTheme");
+inline constexpr QLatin1String optApplyStyle("optApplyStyle");
+inline constexpr QLatin1String optSortColumn("optSortColumn");
+inline constexpr QLatin1String optSortOrder("optSortOrder");
+inline constexpr QLatin1String fraApplyStyle("fraApplyStyle");
+inline constexpr QLatin1String fraSort("fraSort");
+inline constexpr QLatin1String lbl3DTopColour("lbl3DTopColour");
+inline constexpr QLatin1String lbl3DMiddleColour("lbl3DMiddleColour");
+inline constexpr QLatin1String lbl3DBottomColour("lbl3DBottomColour");
+inline constexpr QLatin1String lblMenuColours("lblMenuColours");
+inline constexpr QLatin1String lblRunStartUp("lblRunStartUp");
+inline constexpr QLatin1String lblEmailCheckStartUp("lblEmailCheckStartUp");
+inline constexpr QLatin1String lblMinimizeStartUp("lblMinimizeStartUp");
+inline constexpr QLatin1String lblUseInterval("lblUseInterval");
+inline constexpr QLatin1String lblInterval("lblInterval");
+inline constexpr QLatin1String lblSoundInfo("lblSoundInfo");
+inline constexpr QLatin1String tbrOptMisc("tbrOptMisc");
+inline constexpr QLatin1String tbrClient("tbrClient");
+inline constexpr QLatin1String tbrSound("tbrSound");
+inline constexpr QLatin1String lblClientName("lblClientName");
+// Hidden: takes "key|path" and makes the picture of that key from the file
+// ("key|" forgets it); "show" puts the pictures made on the controls whose
+// picture key names them.
+inline constexpr QLatin1String picClientIcon("picClientIcon");
+// Hidden: takes the path of the menu style file each time it is written, and
+// the popup menus take their colours from it.
+inline constexpr QLatin1String txtMenuStyleFile("txtMenuStyleFile");
+// Hidden: "U I L", 1 where the upper, intermediate or lower toolbars are
+// raised.
+inline constexpr QLatin1String txtButtonStyle("txtButtonStyle");
 // The first of the two move bars: Backward and Forward of the accounts.
 inline constexpr QLatin1String tbrMoveAccounts("tbrMoveButtons(0)");
 // The Rules page.
@@ -188,6 +253,9 @@ const QVector<ToolbarButton>& ToolbarButtonTable();
 const QVector<ToolbarButton>& AccountPageButtons();
 // The Rules page's description bar and move buttons.
 const QVector<ToolbarButton>& RulePageButtons();
+// The small bars of the Options page and the client and sound bars of both
+// pages; the logic gives them their pictures.
+const QVector<ToolbarButton>& OptionPageButtons();
 // The entries of the tray menu, then of the list's popup menu, in order.
 const QStringList& TrayMenuEntries();
 const QStringList& EmailMenuEntries();

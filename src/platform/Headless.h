@@ -282,84 +282,86 @@ public:
     void hideWindow() override { shown = false; }
     void raiseWindow() override { ++raises; }
     void setHandlers(Handlers h) override { handlers = std::move(h); }
-    // frmRuleFile without a screen: it answers from `answers` in turn, a name
-    // for Save or "cancel"; with none left it is cancelled.
-    class StateRuleFileView : public RuleFileView {
-    public:
-        struct State {
-            QString caption, intro, folder, currentName, newName;
-            QStringList answers;
-            int showings = 0;
-            bool destroyed = false;
-        };
-        explicit StateRuleFileView(std::shared_ptr<State> state) : s(std::move(state)) {}
-        ~StateRuleFileView() override { s->destroyed = true; }
-        void setCaption(const QString& caption) override { s->caption = caption; }
-        void setIntro(const QString& intro) override { s->intro = intro; }
-        void setFolder(const QString& folder) override { s->folder = folder; }
-        void setCurrentName(const QString& name) override { s->currentName = name; }
-        void setNewName(const QString& name) override { s->newName = name; }
-        bool exec(QString& newName) override {
-            ++s->showings;
-            const QString answer =
-                s->answers.isEmpty() ? QStringLiteral("cancel") : s->answers.takeFirst();
-            if (answer == QLatin1String("cancel"))
-                return false;
-            newName = s->newName = answer;
-            return true;
-        }
+};
 
-    private:
-        std::shared_ptr<State> s;
+// frmRuleFile without a screen: it answers from `answers` in turn, a name
+// for Save or "cancel"; with none left it is cancelled.
+class StateRuleFileView : public RuleFileView {
+public:
+    struct State {
+        QString caption, intro, folder, currentName, newName;
+        QStringList answers;
+        int showings = 0;
+        bool destroyed = false;
     };
+    explicit StateRuleFileView(std::shared_ptr<State> state) : s(std::move(state)) {}
+    ~StateRuleFileView() override { s->destroyed = true; }
+    void setCaption(const QString& caption) override { s->caption = caption; }
+    void setIntro(const QString& intro) override { s->intro = intro; }
+    void setFolder(const QString& folder) override { s->folder = folder; }
+    void setCurrentName(const QString& name) override { s->currentName = name; }
+    void setNewName(const QString& name) override { s->newName = name; }
+    bool exec(QString& newName) override {
+        ++s->showings;
+        const QString answer =
+            s->answers.isEmpty() ? QStringLiteral("cancel") : s->answers.takeFirst();
+        if (answer == QLatin1String("cancel"))
+            return false;
+        newName = s->newName = answer;
+        return true;
+    }
 
-    class StateWindowFactory : public WindowFactory {
-    public:
-        std::unique_ptr<MessageView> createMessageView() override {
-            last = std::make_shared<StateMessageView::State>();
-            return std::make_unique<StateMessageView>(last);
-        }
-        std::unique_ptr<FirstUseView> createFirstUseView() override {
-            firstUse = std::make_shared<StateFirstUseView::State>();
-            return std::make_unique<StateFirstUseView>(firstUse);
-        }
-        std::unique_ptr<RuleReportView> createRuleReportView() override {
-            ruleReport = std::make_shared<StateRuleReportView::State>();
-            return std::make_unique<StateRuleReportView>(ruleReport);
-        }
-        PreviewView* previewView() override { return &preview; }
-        StatePreviewView preview;
-        std::unique_ptr<RuleFileView> createRuleFileView() override {
-            ruleFile->destroyed = false;
-            return std::make_unique<StateRuleFileView>(ruleFile);
-        }
-        // Answers for frmRuleFile are queued here before it opens.
-        std::shared_ptr<StateRuleFileView::State> ruleFile =
-            std::make_shared<StateRuleFileView::State>();
-        std::shared_ptr<StateMessageView::State> last;
-        // Null until a Rule Report has been made.
-        std::shared_ptr<StateRuleReportView::State> ruleReport;
-        // Null until a welcome window has been made.
-        std::shared_ptr<StateFirstUseView::State> firstUse;
-    };
+private:
+    std::shared_ptr<State> s;
+};
 
-    // One of each, to fill every service a program does not bring itself, so
-    // that the logic never meets a missing one.
-    struct Headless {
-        RecordedBoxes boxes;
-        RecordedSounds sounds;
-        RecordedShell shell;
-        RecordedHelp help;
-        RecordedPrinter printer;
-        ScriptedDialogs dialogs;
-        RecordedNotifier notifier;
-        RecordedAutoStart autoStart;
-        SoleInstance instance;
-        StateWindowFactory windows;
-        ManualTimerFactory timers;
+class StateWindowFactory : public WindowFactory {
+public:
+    std::unique_ptr<MessageView> createMessageView() override {
+        last = std::make_shared<StateMessageView::State>();
+        return std::make_unique<StateMessageView>(last);
+    }
+    std::unique_ptr<FirstUseView> createFirstUseView() override {
+        firstUse = std::make_shared<StateFirstUseView::State>();
+        return std::make_unique<StateFirstUseView>(firstUse);
+    }
+    std::unique_ptr<RuleReportView> createRuleReportView() override {
+        ruleReport = std::make_shared<StateRuleReportView::State>();
+        return std::make_unique<StateRuleReportView>(ruleReport);
+    }
+    PreviewView* previewView() override { return &preview; }
+    StatePreviewView preview;
+    std::unique_ptr<RuleFileView> createRuleFileView() override {
+        ruleFile->destroyed = false;
+        return std::make_unique<StateRuleFileView>(ruleFile);
+    }
+    // Answers for frmRuleFile are queued here before it opens.
+    std::shared_ptr<StateRuleFileView::State> ruleFile =
+        std::make_shared<StateRuleFileView::State>();
+    std::shared_ptr<StateMessageView::State> last;
+    // Null until a Rule Report has been made.
+    std::shared_ptr<StateRuleReportView::State> ruleReport;
+    // Null until a welcome window has been made.
+    std::shared_ptr<StateFirstUseView::State> firstUse;
+};
 
-        // Sets every member of `services` that is still null.
-        void fillBlanks(Services& services);
-    };
+// One of each, to fill every service a program does not bring itself, so
+// that the logic never meets a missing one.
+struct Headless {
+    RecordedBoxes boxes;
+    RecordedSounds sounds;
+    RecordedShell shell;
+    RecordedHelp help;
+    RecordedPrinter printer;
+    ScriptedDialogs dialogs;
+    RecordedNotifier notifier;
+    RecordedAutoStart autoStart;
+    SoleInstance instance;
+    StateWindowFactory windows;
+    ManualTimerFactory timers;
+
+    // Sets every member of `services` that is still null.
+    void fillBlanks(Services& services);
+};
 
 } // namespace velmora

@@ -441,8 +441,9 @@ void MainWindowTest::captionsShowTrimmedAndAreSpoken() {
         QCOMPARE(a->text(QAccessible::Name), QString(caption).remove('&'));
         ++spoken;
     }
-    QCOMPARE(spoken, int(MainButtonTable().size() + PageButtonTable().size() +
-                         ToolbarButtonTable().size() + AccountPageButtons().size()));
+    QCOMPARE(spoken,
+             int(MainButtonTable().size() + PageButtonTable().size() + ToolbarButtonTable().size() +
+                 AccountPageButtons().size() + OptionPageButtons().size()));
 
     QAccessibleInterface* list =
         QAccessible::queryAccessibleInterface(w.findChild<QTableWidget*>("lvwEmail"));

@@ -2,11 +2,13 @@
 
 #include "messages/MessageFiles.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QUrl>
 
+#include <gio/gdesktopappinfo.h>
 #include <gio/gio.h>
 
 namespace velmora {
@@ -51,6 +53,21 @@ bool DesktopShell::Open(const QString& target, const QString& parameters, int) {
     const QString wanted = target.trimmed();
     if (wanted.isEmpty())
         return false;
+
+    // A desktop entry starts the program it describes, as the desktop's
+    // own menus do, not the editor of its text.
+    if (wanted.endsWith(QLatin1String(".desktop"), Qt::CaseInsensitive) &&
+        QFileInfo(wanted).isFile()) {
+        GDesktopAppInfo* entry =
+            g_desktop_app_info_new_from_filename(QFile::encodeName(wanted).constData());
+        if (!entry)
+            return false;
+        GError* error = nullptr;
+        const gboolean started = g_app_info_launch(G_APP_INFO(entry), nullptr, nullptr, &error);
+        g_clear_error(&error);
+        g_object_unref(entry);
+        return started;
+    }
 
     const QString program = ProgramPath(wanted);
     if (!program.isEmpty()) {

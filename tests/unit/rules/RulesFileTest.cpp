@@ -27,7 +27,10 @@ private:
     // n rules of ten entries each in the working set.
     static void MakeRules(AppContext& ctx, int n);
     QStringList folderEntries() const {
-        return QDir(scratch->folder()).entryList(QDir::Files | QDir::Hidden);
+        // The menu style file is written beside the Rules at every start.
+        QStringList entries = QDir(scratch->folder()).entryList(QDir::Files | QDir::Hidden);
+        entries.removeAll(QStringLiteral("frmMain.ini"));
+        return entries;
     }
 
     std::unique_ptr<ScratchFile> scratch;

@@ -1,6 +1,7 @@
 #include "platform/qt/widgets/AccountsPage.h"
 
 #include "platform/Controls.h"
+#include "platform/qt/widgets/OptionsPage.h"
 #include "platform/qt/widgets/PageParts.h"
 #include "platform/qt/widgets/WidgetControls.h"
 
@@ -191,11 +192,17 @@ AccountsPage::AccountsPage(WidgetControls& controls)
     QLineEdit* client = TextBox(controls, ctl::txtAcntClient);
     form->addWidget(Buddy(QStringLiteral("Email Client:"), client), row, 0);
     form->addWidget(client, row, 1);
-    form->addWidget(Label(controls, ctl::lblAcntRunSize), row++, 2);
+    form->addWidget(OptionsPage::ButtonBar(controls, Element(ctl::tbrClient, 1)), row++, 2);
+    auto* clientState = new QHBoxLayout;
+    clientState->addWidget(Label(controls, ctl::lblClientName));
+    clientState->addWidget(Label(controls, ctl::lblAcntRunSize));
+    clientState->addStretch(1);
+    form->addLayout(clientState, row++, 1, 1, 2);
     QLineEdit* sound = TextBox(controls, ctl::txtAcntSound);
     form->addWidget(Buddy(QStringLiteral("Sound:"), sound), row, 0);
     form->addWidget(sound, row, 1);
-    form->addWidget(Label(controls, ctl::lblSoundName), row++, 2);
+    form->addWidget(OptionsPage::ButtonBar(controls, Element(ctl::tbrSound, 1)), row++, 2);
+    form->addWidget(Label(controls, ctl::lblSoundName), row++, 1, 1, 2);
     auto* soundState = new QHBoxLayout;
     soundState->addWidget(CheckBox(controls, ctl::chkAcntSoundOn));
     soundState->addWidget(Label(controls, ctl::lblAcntPlaySound));
