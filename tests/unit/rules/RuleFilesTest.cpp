@@ -34,8 +34,11 @@ private Q_SLOTS:
 
 private:
     bool run(const QString& lines);
+    // The Rules files; the menu style file written at every start is not one.
     QStringList folderEntries() const {
-        return QDir(scratch->folder()).entryList(QDir::Files, QDir::Name);
+        QStringList entries = QDir(scratch->folder()).entryList(QDir::Files, QDir::Name);
+        entries.removeAll(QStringLiteral("frmMain.ini"));
+        return entries;
     }
 
     std::unique_ptr<ScratchFile> scratch;
