@@ -62,6 +62,7 @@ enum class Shape {
     SortUp,
     SortDown,
     Page,
+    Printer,
 };
 
 // A mark in the lower right corner: what is done to the thing, or its state.
@@ -422,6 +423,22 @@ void DrawPage(QPainter& p) {
     p.drawLine(QPointF(19, 9), QPointF(25, 9));
 }
 
+// A sheet rising from the printer's body, the printed sheet below.
+void DrawPrinter(QPainter& p) {
+    p.setPen(Line(Ink));
+    p.setBrush(Paper);
+    p.drawRect(QRectF(9, 3, 14, 9));
+    p.setBrush(Metal);
+    p.drawRoundedRect(QRectF(3, 11, 26, 12), 2, 2);
+    p.setBrush(Paper);
+    p.drawRect(QRectF(8, 19, 16, 10));
+    p.drawLine(QPointF(11, 23), QPointF(21, 23));
+    p.drawLine(QPointF(11, 26), QPointF(18, 26));
+    p.setBrush(Green);
+    p.setPen(Qt::NoPen);
+    p.drawEllipse(QPointF(25, 15), 1.5, 1.5);
+}
+
 // Three strands two pixels apart at 16 px, so the clip stays a clip.
 void DrawClip(QPainter& p) {
     QPainterPath clip;
@@ -582,6 +599,9 @@ void Draw(QPainter& p, const Picture& pic) {
     case Shape::Page:
         DrawPage(p);
         break;
+    case Shape::Printer:
+        DrawPrinter(p);
+        break;
     }
     DrawMark(p, pic.mark);
 }
@@ -644,6 +664,9 @@ const QHash<QString, Picture>& Table() {
         {"Updates", {S::Globe, M::Down}},
         {"Update", {S::Globe, M::Down}},
         {"ReadMe", {S::Page}},
+        {"Print", {S::Printer}},
+        {"Browse", {S::OpenFolder}},
+        {"Test", {S::Page, M::Tick}},
         {"MenuColours", {S::Palette}},
         {"SoundOn", {S::SpeakerOn}},
         {"SoundOff", {S::SpeakerOff}},

@@ -54,6 +54,8 @@ QStringList ThemeNames(const QString& key) {
         {"Updates", {"system-software-update"}},
         {"Update", {"system-software-update"}},
         {"ReadMe", {"text-x-generic"}},
+        {"Print", {"document-print"}},
+        {"Browse", {"document-open"}},
         {"MenuColours", {"preferences-desktop-theme"}},
         {"SoundOn", {"audio-volume-high"}},
         {"SoundOff", {"audio-volume-muted"}},

@@ -65,8 +65,6 @@ QPlainTextEdit* Text(const char* name) {
 }
 
 QIcon ButtonPicture(const QString& key) {
-    if (key == QLatin1String("Print"))
-        return QIcon::fromTheme(QStringLiteral("document-print"));
     if (key == QLatin1String("Exit Preview"))
         return Pictures::Keyed(QStringLiteral("Close"));
     return Pictures::Keyed(key);
