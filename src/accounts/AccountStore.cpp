@@ -1,5 +1,6 @@
 #include "accounts/AccountStore.h"
 
+#include "options/ClientChoice.h"
 #include "options/Setting.h"
 #include "platform/Files.h"
 #include "platform/SettingsStore.h"
@@ -166,8 +167,8 @@ void AccountStore::ResetRunTimeValues(int n, const QString& timeOfDay) {
 
 void AccountStore::CheckAccountFiles(Files& files, int n) {
     Account& row = rows[n];
-    row.AcntClientValid = IsValidFile(files, row.AcntClient, QStringLiteral(".exe"));
-    row.AcntSoundValid = IsValidFile(files, row.AcntSound, QStringLiteral(".wav"));
+    row.AcntClientValid = IsValidClient(files, row.AcntClient);
+    row.AcntSoundValid = IsValidSound(files, row.AcntSound);
 }
 
 bool IsValidFile(Files& files, const QString& path, const QString& extension) {

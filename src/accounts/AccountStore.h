@@ -72,7 +72,7 @@ private:
 };
 
 // A path names an existing file whose last four characters are the given
-// extension, case ignored (".exe", ".wav").
+// extension, case ignored (".wav").
 bool IsValidFile(Files& files, const QString& path, const QString& extension);
 
 } // namespace velmora

@@ -181,8 +181,11 @@ def main():
 
         pyatspi.Registry.registerEventListener(on_showing, "object:state-changed:showing")
         click = ["xdotool", "mousemove", "--window", entry, "8", "8", "click", "3"]
-        timers = [threading.Timer(1.0, lambda: subprocess.run(click, env=env)),
-                  threading.Timer(20.0, pyatspi.Registry.stop)]
+        # On a loaded machine the first click may come before the menu is
+        # ready; the clicks repeat until it shows.
+        timers = [threading.Timer(at, lambda: subprocess.run(click, env=env))
+                  for at in (1.0, 6.0, 11.0, 16.0)]
+        timers.append(threading.Timer(25.0, pyatspi.Registry.stop))
         for timer in timers:
             timer.daemon = True
             timer.start()
