@@ -23,32 +23,6 @@ namespace velmora {
 
 namespace {
 
-// One of the colour boxes: a square of its colour that takes a click, and
-// the keyboard's focus like any button.
-class ColourSwatch : public QAbstractButton {
-public:
-    ColourSwatch() {
-        setFixedSize(26, 26);
-        setFocusPolicy(Qt::StrongFocus);
-        setCursor(Qt::PointingHandCursor);
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter p(this);
-        const QRect box = rect().adjusted(3, 3, -4, -4);
-        p.fillRect(box, palette().color(backgroundRole()));
-        p.setPen(palette().color(QPalette::WindowText));
-        p.drawRect(box);
-        if (hasFocus()) {
-            QStyleOptionFocusRect focus;
-            focus.initFrom(this);
-            focus.rect = rect();
-            style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &p, this);
-        }
-    }
-};
-
 // The sheet of the account's fields. The colour boxes float over it at the
 // Colour button; the pointer moving over the sheet itself, away from them,
 // is reported while they show, so that they go again.
@@ -180,7 +154,7 @@ AccountsPage::AccountsPage(WidgetControls& controls)
     controls.add(choices, ctl::fraColourBox);
     auto* swatches = new QHBoxLayout(choices);
     for (int box = 1; box <= ctl::ColourBoxes; ++box) {
-        auto* swatch = new ColourSwatch;
+        auto* swatch = new PageParts::ColourBox(26, 26);
         controls.add(swatch, Element(ctl::lblColourBox, box));
         swatches->addWidget(swatch);
     }

@@ -61,35 +61,6 @@ QWidget* AboutLinks(WidgetControls& controls) {
     return about;
 }
 
-// A colour box of the menu colours: a square of its colour that takes a
-// click and the keyboard's focus.
-class ColourBox : public QAbstractButton {
-public:
-    ColourBox() {
-        setFixedSize(44, 26);
-        setFocusPolicy(Qt::StrongFocus);
-        setCursor(Qt::PointingHandCursor);
-    }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter p(this);
-        const QRect box = rect().adjusted(3, 3, -4, -4);
-        // A preset's colours show too; only the frame tells a box that
-        // takes no click.
-        p.fillRect(box, palette().color(backgroundRole()));
-        p.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled,
-                                 QPalette::WindowText));
-        p.drawRect(box);
-        if (hasFocus()) {
-            QStyleOptionFocusRect focus;
-            focus.initFrom(this);
-            focus.rect = rect();
-            style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &p, this);
-        }
-    }
-};
-
 // Builds the controls of one section.
 struct Builder {
     WidgetControls& controls;
@@ -333,7 +304,7 @@ QWidget* MenuColoursSection(Builder& b) {
         {ctl::lbl3DMiddleColour, "Middle Colour"},
         {ctl::lbl3DBottomColour, "Bottom Colour"}};
     for (const auto& [name, caption] : colours) {
-        auto* box = new ColourBox;
+        auto* box = new PageParts::ColourBox(44, 26);
         b.controls.add(box, name);
         box->setAccessibleName(QString::fromLatin1(caption));
         auto* line = new QHBoxLayout;

@@ -4,6 +4,8 @@
 #include "platform/qt/widgets/WidgetControls.h"
 
 #include <QAction>
+#include <QPainter>
+#include <QStyleOptionFocusRect>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -69,6 +71,27 @@ QWidget* PageButtonRow(WidgetControls& controls, int page) {
         KeyboardReachable(row, action);
     }
     return row;
+}
+
+ColourBox::ColourBox(int width, int height) {
+    setFixedSize(width, height);
+    setFocusPolicy(Qt::StrongFocus);
+    setCursor(Qt::PointingHandCursor);
+}
+
+void ColourBox::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    const QRect box = rect().adjusted(3, 3, -4, -4);
+    p.fillRect(box, palette().color(backgroundRole()));
+    p.setPen(
+        palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
+    p.drawRect(box);
+    if (hasFocus()) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(this);
+        focus.rect = rect();
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &p, this);
+    }
 }
 
 } // namespace velmora::PageParts

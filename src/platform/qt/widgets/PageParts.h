@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QString>
 
 class QAction;
@@ -24,6 +25,16 @@ QWidget* FramedToolbar(WidgetControls& controls, const QString& frame, const QSt
 QWidget* PageButtonRow(WidgetControls& controls, int page);
 // Lets Tab reach the button showing `action`.
 void KeyboardReachable(QToolBar* bar, QAction* action);
+
+// A colour box: a square of its background colour that takes a click and
+// the keyboard's focus. Its frame alone tells a box that takes no click.
+class ColourBox : public QAbstractButton {
+public:
+    ColourBox(int width, int height);
+
+protected:
+    void paintEvent(QPaintEvent*) override;
+};
 
 } // namespace PageParts
 } // namespace velmora
