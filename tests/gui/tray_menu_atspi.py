@@ -8,90 +8,35 @@ reachable by its caption as shown: no "|#key" suffix, no "&" marker. Then
 the window: its buttons by caption, the message list as a table with its
 headers, and the Accounts page's inputs by their labels.
 """
-import os
-import shutil
 import subprocess
-import sys
-import tempfile
 import threading
-import time
+
+from atspi_session import Session, fail, nodes, velmora_app, wait_for
 
 EXPECTED = ["Show Velmora...", "Check All", "New Message", "Start Email Client",
             "Auto Check - On", "Sounds - On", "Options...", "Menu Colours...", "Updates",
             "About...", "Help", "Quit Application"]
-
-
-def fail(message):
-    print(f"FAIL: {message}", flush=True)
-    sys.exit(1)
-
-
-def wait_for(what, test, seconds=15):
-    deadline = time.monotonic() + seconds
-    while time.monotonic() < deadline:
-        value = test()
-        if value:
-            return value
-        time.sleep(0.1)
-    fail(f"timed out waiting for {what}")
-
 
 # Main buttons, the page's buttons, the tab of an empty strip and a status
 # panel, by what they show.
 WINDOW_NAMES = ["Email", "Accounts", "Rules", "Options", "Quit", "Size", "Help", "Close",
                 "Check All", "Start Email Client", "No account",
                 "No Accounts have been created..."]
-
-
-def window_names(pyatspi):
-    """The names of everything showing in velmora's frames; None until the
-    main window is there."""
-    desktop = pyatspi.Registry.getDesktop(0)
-    for app in (desktop.getChildAtIndex(i) for i in range(desktop.childCount)):
-        if app is None or app.name.lower() != "velmora":
-            continue
-        names = set()
-
-        def walk(node, depth=0):
-            if node is None or depth > 40:
-                return
-            if node.name:
-                names.add(node.name.strip())
-            for i in range(node.childCount):
-                walk(node.getChildAtIndex(i), depth + 1)
-
-        walk(app)
-        return names if "Check All" in names else None
-    return None
-
-
-def velmora_nodes(pyatspi):
-    """Every accessible of velmora's, with its role name."""
-    desktop = pyatspi.Registry.getDesktop(0)
-    found = []
-    for app in (desktop.getChildAtIndex(i) for i in range(desktop.childCount)):
-        if app is None or app.name.lower() != "velmora":
-            continue
-
-        def walk(node, depth=0):
-            if node is None or depth > 40:
-                return
-            found.append(node)
-            for i in range(node.childCount):
-                walk(node.getChildAtIndex(i), depth + 1)
-
-        walk(app)
-    return found
-
-
 # The Accounts page's inputs, by their buddy labels.
 ACCOUNT_INPUTS = ["Account", "Server", "Port", "Login ID", "Password", "Email Client", "Sound"]
 LIST_HEADERS = ["From", "To", "Subject", "Date", "Size"]
 
 
+def window_names(pyatspi):
+    """The names of everything showing in velmora's frames; None until the
+    main window is there."""
+    names = {name for _, name, _ in nodes(velmora_app(pyatspi)) if name}
+    return names if "Check All" in names else None
+
+
 def check_list_and_inputs(pyatspi):
-    nodes = velmora_nodes(pyatspi)
-    tables = [n for n in nodes if n.getRoleName() == "table" and n.name == "Messages"]
+    found = nodes(velmora_app(pyatspi))
+    tables = [node for role, name, node in found if role == "table" and name == "Messages"]
     if not tables:
         fail("the message list is not a table named Messages")
     table = tables[0].queryTable()
@@ -100,15 +45,15 @@ def check_list_and_inputs(pyatspi):
         fail(f"the list's column headers over AT-SPI: {headers}")
     print("PASS: the message list is a table with its headers", flush=True)
 
-    button = next((n for n in nodes if n.name == "Accounts" and n.getRoleName() == "push button"),
-                  None)
+    button = next((node for role, name, node in found
+                   if name == "Accounts" and role == "push button"), None)
     if button is None:
         fail("no Accounts button")
     button.queryAction().doAction(0)
 
     def inputs():
-        named = {n.name for n in velmora_nodes(pyatspi)
-                 if n.getRoleName() in ("text", "password text", "entry")}
+        named = {name for role, name, _ in nodes(velmora_app(pyatspi))
+                 if role in ("text", "password text", "entry")}
         return named if all(i in named for i in ACCOUNT_INPUTS) else None
 
     wait_for(f"the Accounts page's inputs {ACCOUNT_INPUTS} by their labels", inputs)
@@ -128,42 +73,13 @@ def tray_entry(env):
 
 
 def main():
-    velmora = os.path.join(os.environ["VELMORA_BIN_DIR"], "velmora")
-    launcher = "/usr/libexec/at-spi-bus-launcher"
-    for tool in ("Xvfb", "trayer", "xdotool", "xwininfo", launcher):
-        if not shutil.which(tool):
-            fail(f"{tool} is missing: scripts/install-deps installs it")
-    work = tempfile.mkdtemp(prefix="vatspi")
-    children = []
-    try:
-        number = next(n for n in range(160, 260) if not os.path.exists(f"/tmp/.X11-unix/X{n}")
-                      and not os.path.exists(f"/tmp/.X{n}-lock"))
-        env = dict(os.environ, DISPLAY=f":{number}", QT_QPA_PLATFORM="xcb",
-                   QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", HOME=work)
-        for sub in ("config", "data", "runtime", "tmp"):
-            os.makedirs(os.path.join(work, sub), mode=0o700)
-        env.update(XDG_CONFIG_HOME=f"{work}/config", XDG_DATA_HOME=f"{work}/data",
-                   XDG_RUNTIME_DIR=f"{work}/runtime", TMPDIR=f"{work}/tmp")
-        os.makedirs(f"{work}/config/Kestrum")
-        with open(f"{work}/config/Kestrum/Velmora.conf", "w") as f:
-            f.write("[Settings]\nFirstUse=1\nOptions\\MinimizeStartUp=1\nOptions\\UseInterval=1\n"
-                    "Options\\RunStartUp=0\n")
-        os.environ["DISPLAY"] = env["DISPLAY"]
-
-        children.append(subprocess.Popen(["Xvfb", env["DISPLAY"], "-screen", "0", "1024x768x24",
-                                          "-nolisten", "tcp"], stderr=subprocess.DEVNULL))
-        wait_for("Xvfb", lambda: os.path.exists(f"/tmp/.X11-unix/X{number}"))
-        children.append(subprocess.Popen([launcher, "--launch-immediately"], env=env,
-                                         stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
-        children.append(subprocess.Popen(["trayer", "--edge", "bottom", "--align", "right",
-                                          "--widthtype", "pixel", "--width", "120",
-                                          "--heighttype", "pixel", "--height", "32"],
-                                         env=env, stderr=subprocess.DEVNULL))
-        time.sleep(1)
+    settings = ("[Settings]\nFirstUse=1\nOptions\\MinimizeStartUp=1\nOptions\\UseInterval=1\n"
+                "Options\\RunStartUp=0\n")
+    with Session(settings, tools=("xdotool", "xwininfo")) as session:
+        env = session.env
         # Only now: the library finds the accessibility bus when it loads.
         import pyatspi
-        app = subprocess.Popen([velmora], env=env, cwd=work)
-        children.append(app)
+        session.start_velmora()
         entry = wait_for("the tray entry in trayer's panel", lambda: tray_entry(env))
 
         seen = []
@@ -206,15 +122,6 @@ def main():
             fail(f"not reachable by name over AT-SPI: {missing}; found {sorted(names)}")
         print(f"PASS: {len(WINDOW_NAMES)} window controls reachable by caption", flush=True)
         check_list_and_inputs(pyatspi)
-    finally:
-        for child in reversed(children):
-            if child.poll() is None:
-                child.terminate()
-                try:
-                    child.wait(5)
-                except subprocess.TimeoutExpired:
-                    child.kill()
-        shutil.rmtree(work, ignore_errors=True)
 
 
 if __name__ == "__main__":
