@@ -92,8 +92,11 @@ void LoadPreview(AppContext& ctx, PreviewView& v, const MailMessage& m) {
     auto form = std::make_shared<PreviewForm>();
     v.setHandlers({[&ctx, form](int tab) { TabClick(ctx, *form, tab); },
                    [&ctx, form](const QString& caption) { ButtonClick(ctx, *form, caption); },
-                   [&ctx] {
-                       UnloadPreview(ctx);
+                   [&ctx] { UnloadPreview(ctx); },
+                   [&ctx, &v] {
+                       // Unless another window of the program stands over it.
+                       if (!ctx.shell.AutoMessageOpen && !ctx.shell.RuleReportOpen)
+                           v.focusBody();
                    }});
     v.setCaption(ctx.shell.AppTitle + QStringLiteral(" - Preview  "));
     for (const ButtonRow& b : kButtons)

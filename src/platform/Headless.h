@@ -256,6 +256,7 @@ public:
     bool raisedButtons = false;
     bool shown = false;
     int raises = 0;
+    bool bodyFocused = false;
     Handlers handlers;
 
     void setCaption(const QString& text) override { caption = text; }
@@ -281,6 +282,7 @@ public:
     void showWindow() override { shown = true; }
     void hideWindow() override { shown = false; }
     void raiseWindow() override { ++raises; }
+    void focusBody() override { bodyFocused = side != 2; }
     void setHandlers(Handlers h) override { handlers = std::move(h); }
 };
 

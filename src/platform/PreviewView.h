@@ -30,6 +30,8 @@ public:
     // Above the other windows and active, as far as the window system lets
     // a program take the focus.
     virtual void raiseWindow() = 0;
+    // The body's text takes the focus, when it shows.
+    virtual void focusBody() = 0;
 
     struct Handlers {
         std::function<void(int tab)> tabClick;
@@ -37,6 +39,8 @@ public:
         std::function<void(const QString& caption)> buttonClick;
         // The close box.
         std::function<void()> close;
+        // The window became the active one.
+        std::function<void()> activated;
     };
     virtual void setHandlers(Handlers handlers) = 0;
 };

@@ -71,8 +71,8 @@ void PreviewWindowTest::reportsTabsAndButtonsByCaption() {
     QStringList captions;
     preview.setHandlers({[&](int tab) { tabs << tab; },
                          [&](const QString& caption) { captions << caption; },
-                         [] {
-                         }});
+                         [] {},
+                         {}});
     preview.setTabs({"Body (Plain Text Only)", "Raw Message"});
     preview.setButton("Exit Preview", "Exit Preview     ", "Exit Preview");
     preview.selectTab(1);
@@ -124,10 +124,7 @@ void PreviewWindowTest::keepsItsMinimumSize() {
 void PreviewWindowTest::quitClosesAnOpenPreview() {
     PreviewWindow preview;
     int closes = 0;
-    preview.setHandlers({[](int) {}, [](const QString&) {},
-                         [&] {
-                             ++closes;
-                         }});
+    preview.setHandlers({[](int) {}, [](const QString&) {}, [&] { ++closes; }, {}});
     preview.showWindow();
     QTimer::singleShot(0, qApp, &QCoreApplication::quit);
     QTimer::singleShot(5000, qApp, [] { QCoreApplication::exit(1); });

@@ -16,6 +16,8 @@ class PreviewTest : public QObject {
 private Q_SLOTS:
     void showsTheSelectedMessageWhole();
     void secondPreviewRaisesTheOpenOne();
+    void activationFocusesTheBody_data();
+    void activationFocusesTheBody();
     void buttonsGoByCaption();
     void printsWhatTheTabShows_data();
     void printsWhatTheTabShows();
@@ -114,6 +116,27 @@ void PreviewTest::secondPreviewRaisesTheOpenOne() {
     QCOMPARE(s.preview().subject, QString("[Re]: plan/2?"));
     QCOMPARE(s.preview().side, 2);
     QCOMPARE(s.preview().raises, 1);
+}
+
+void PreviewTest::activationFocusesTheBody_data() {
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<bool>("reportOpen");
+    QTest::addColumn<bool>("focused");
+    QTest::newRow("body showing") << 1 << false << true;
+    QTest::newRow("raw text showing") << 2 << false << false;
+    QTest::newRow("under the Rule Report") << 1 << true << false;
+}
+
+void PreviewTest::activationFocusesTheBody() {
+    QFETCH(int, tab);
+    QFETCH(bool, reportOpen);
+    QFETCH(bool, focused);
+    Started s = Start();
+    s.events->ListDoubleClick(2);
+    s.preview().handlers.tabClick(tab);
+    s.ctx().shell.RuleReportOpen = reportOpen;
+    s.preview().handlers.activated();
+    QCOMPARE(s.preview().bodyFocused, focused);
 }
 
 void PreviewTest::buttonsGoByCaption() {

@@ -27,7 +27,8 @@ constexpr int MinimumHeightTwips = 4000;
 // a close the window refused would also hold up the program's own quit.
 class PreviewFrame : public QWidget {
 public:
-    explicit PreviewFrame(std::function<void()>& onClose) : onClose(onClose) {}
+    PreviewFrame(std::function<void()>& onClose, std::function<void()>& onActivate)
+        : onClose(onClose), onActivate(onActivate) {}
 
 protected:
     void closeEvent(QCloseEvent* event) override {
@@ -36,8 +37,15 @@ protected:
         event->accept();
     }
 
+    bool event(QEvent* event) override {
+        if (event->type() == QEvent::WindowActivate && onActivate)
+            onActivate();
+        return QWidget::event(event);
+    }
+
 private:
     std::function<void()>& onClose;
+    std::function<void()>& onActivate;
 };
 
 QLineEdit* Field(QGridLayout* grid, int row, const char* name, const QString& label) {
@@ -73,7 +81,7 @@ QIcon ButtonPicture(const QString& key) {
 } // namespace
 
 PreviewWindow::PreviewWindow() {
-    window = new PreviewFrame(onClose);
+    window = new PreviewFrame(onClose, onActivate);
     window->setObjectName("frmPreview");
     window->setWindowFlags(Qt::Window);
     const int dpi = window->logicalDpiX();
@@ -220,9 +228,16 @@ void PreviewWindow::raiseWindow() {
     window->activateWindow();
 }
 
+void PreviewWindow::focusBody() {
+    // Behind the raw text the body cannot take the focus, and does not.
+    if (rtbBody->isVisible())
+        rtbBody->setFocus();
+}
+
 void PreviewWindow::setHandlers(Handlers h) {
     handlers = std::move(h);
     onClose = handlers.close;
+    onActivate = handlers.activated;
 }
 
 } // namespace velmora

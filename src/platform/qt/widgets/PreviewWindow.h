@@ -34,6 +34,7 @@ public:
     void showWindow() override;
     void hideWindow() override;
     void raiseWindow() override;
+    void focusBody() override;
     void setHandlers(Handlers handlers) override;
 
     QWidget* widget() const { return window; }
@@ -50,6 +51,7 @@ private:
     QHash<QString, QToolButton*> buttons;
     Handlers handlers;
     std::function<void()> onClose;
+    std::function<void()> onActivate;
     bool filling = false;
     bool placed = false;
 };
