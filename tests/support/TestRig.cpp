@@ -1,6 +1,14 @@
 #include "support/TestRig.h"
 
 #include "app/Main.h"
+#include "app/UiScript.h"
+#include "app/frmMainEvents.h"
+#include "support/ScratchFile.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTextStream>
 
 namespace velmora {
 
@@ -39,6 +47,24 @@ void TestRig::addLoopbackAccount(quint16 port, const QString& login, const QStri
     settings.set(s + "AcntLoginID1", login);
     settings.set(s + "AcntPassword1", password);
     settings.set(s + "Options\\ConnectTimeOut", "5");
+}
+
+bool TestRig::runScript(const QString& lines) {
+    ScratchFile file("script.txt");
+    file.write(lines.toUtf8());
+    frmMainEvents events(*ctx);
+    QString out, err;
+    QTextStream o(&out), e(&err);
+    const int status = RunUiScript({*ctx, view, headless, events}, file.path(), false, o, e);
+    o.flush();
+    e.flush();
+    if (status != 0)
+        qWarning("%s", qPrintable(err));
+    // A refused click is a fault of the test's script.
+    const QJsonArray refused = QJsonDocument::fromJson(out.toUtf8()).object()["refused"].toArray();
+    if (!refused.isEmpty())
+        qWarning("%s", QJsonDocument(refused).toJson().constData());
+    return status == 0 && refused.isEmpty();
 }
 
 } // namespace velmora

@@ -43,6 +43,9 @@ struct TestRig {
     // Writes account n's keys as the Accounts page would; its server is a
     // mailbox of `server` named after the account.
     void addAccount(int n, const QString& name, bool enabled = true);
+    // Runs a `velmora-cli ui` script's lines on the started program; false,
+    // with the reason in the log, when it failed or refused a control.
+    bool runScript(const QString& lines);
     // Account 1, "Home", on a server of this machine, with a short timeout.
     void addLoopbackAccount(quint16 port, const QString& login, const QString& password);
     FakeMailbox& mailbox(const QString& account) { return server.host(account + ".example"); }

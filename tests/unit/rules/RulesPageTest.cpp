@@ -56,22 +56,7 @@ void RulesPageTest::init() {
 }
 
 bool RulesPageTest::run(const QString& lines) {
-    ScratchFile file("script.txt");
-    file.write(lines.toUtf8());
-    frmMainEvents events(*rig->ctx);
-    QString out, err;
-    QTextStream o(&out), e(&err);
-    const int status =
-        RunUiScript({*rig->ctx, rig->view, rig->headless, events}, file.path(), false, o, e);
-    o.flush();
-    e.flush();
-    if (status != 0)
-        qWarning("%s", qPrintable(err));
-    // A refused click is a fault of the test's script.
-    const QJsonArray refused = QJsonDocument::fromJson(out.toUtf8()).object()["refused"].toArray();
-    if (!refused.isEmpty())
-        qWarning("%s", QJsonDocument(refused).toJson().constData());
-    return status == 0 && refused.isEmpty();
+    return rig->runScript(lines);
 }
 
 const char* const kNewRule = "click tbrMainButtons/Rules\nclick tbrRules/RulesAdd\n";

@@ -65,19 +65,7 @@ private:
 
 // A bar of the page's own buttons, which carry captions only.
 QToolBar* SmallBar(WidgetControls& controls, const QString& toolbar) {
-    auto* bar = new QToolBar;
-    bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
-    bar->setFloatable(false);
-    bar->setMovable(false);
-    controls.add(bar, toolbar);
-    for (const ToolbarButton& b : AccountPageButtons()) {
-        if (b.toolbar != toolbar)
-            continue;
-        QAction* action = bar->addAction(b.key);
-        controls.add(action, Button(toolbar, b.key));
-        PageParts::KeyboardReachable(bar, action);
-    }
-    return bar;
+    return PageParts::SmallBar(controls, toolbar, AccountPageButtons(), false);
 }
 
 QLineEdit* TextBox(WidgetControls& controls, const QString& name) {

@@ -438,20 +438,7 @@ OptionsPage::OptionsPage(WidgetControls& controls) : controls(controls) {
 }
 
 QToolBar* OptionsPage::ButtonBar(WidgetControls& controls, const QString& toolbar) {
-    auto* bar = new QToolBar;
-    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    bar->setIconSize(QSize(16, 16));
-    bar->setFloatable(false);
-    bar->setMovable(false);
-    controls.add(bar, toolbar);
-    for (const ToolbarButton& b : OptionPageButtons()) {
-        if (b.toolbar != toolbar)
-            continue;
-        QAction* action = bar->addAction(b.key);
-        controls.add(action, Button(toolbar, b.key));
-        PageParts::KeyboardReachable(bar, action);
-    }
-    return bar;
+    return PageParts::SmallBar(controls, toolbar, OptionPageButtons(), true);
 }
 
 void OptionsPage::clientIcon(const QString& request) {

@@ -73,6 +73,25 @@ QWidget* PageButtonRow(WidgetControls& controls, int page) {
     return row;
 }
 
+QToolBar* SmallBar(WidgetControls& controls, const QString& toolbar,
+                   const QVector<ToolbarButton>& table, bool pictures) {
+    auto* bar = new QToolBar;
+    bar->setToolButtonStyle(pictures ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonTextOnly);
+    if (pictures)
+        bar->setIconSize(QSize(16, 16));
+    bar->setFloatable(false);
+    bar->setMovable(false);
+    controls.add(bar, toolbar);
+    for (const ToolbarButton& b : table) {
+        if (b.toolbar != toolbar)
+            continue;
+        QAction* action = bar->addAction(b.key);
+        controls.add(action, Button(toolbar, b.key));
+        KeyboardReachable(bar, action);
+    }
+    return bar;
+}
+
 ColourBox::ColourBox(int width, int height) {
     setFixedSize(width, height);
     setFocusPolicy(Qt::StrongFocus);

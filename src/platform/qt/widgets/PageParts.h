@@ -2,6 +2,7 @@
 
 #include <QAbstractButton>
 #include <QString>
+#include <QVector>
 
 class QAction;
 class QBoxLayout;
@@ -11,6 +12,7 @@ class QWidget;
 namespace velmora {
 
 class WidgetControls;
+struct ToolbarButton;
 
 // The parts the pages share.
 namespace PageParts {
@@ -23,6 +25,10 @@ QToolBar* Toolbar(WidgetControls& controls, const QString& toolbar);
 QWidget* FramedToolbar(WidgetControls& controls, const QString& frame, const QString& toolbar);
 // The row of tbrButtons elements that belong to `page`, at its foot.
 QWidget* PageButtonRow(WidgetControls& controls, int page);
+// A small bar `toolbar` with its buttons from `table`: captions only, or
+// with 16-pixel pictures beside them.
+QToolBar* SmallBar(WidgetControls& controls, const QString& toolbar,
+                   const QVector<ToolbarButton>& table, bool pictures);
 // Lets Tab reach the button showing `action`.
 void KeyboardReachable(QToolBar* bar, QAction* action);
 
